@@ -1,0 +1,191 @@
+#include <sys/sysctl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <iterator>
+#include <linux/magic.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+namespace
+{
+int const kWholeTable[] = { CTL_KERN, KERN_PROC, KERN_PROC_ALL };
+
+// All functions below that return int return an error number, or 0.
+
+template<typename Call>
+auto Uninterrupted( Call call )
+{
+    auto result = call();
+    while ( result == -1 && errno == EINTR )
+        result = call();
+    return result;
+}
+
+class Descriptor
+{
+  public:
+    explicit Descriptor( int descriptor ) noexcept : mDescriptor( descriptor ) {}
+
+    ~Descriptor()
+    {
+        if ( mDescriptor != -1 )
+            close( mDescriptor );
+    }
+
+    Descriptor( Descriptor const& ) = delete;
+    Descriptor& operator=( Descriptor const& ) = delete;
+
+    int Get() const noexcept { return mDescriptor; }
+
+  private:
+    int mDescriptor;
+};
+
+Descriptor Open( int directory, char const* path, int flags )
+{
+    return Descriptor(
+        Uninterrupted( [=] { return openat( directory, path, O_RDONLY | O_CLOEXEC | flags ); } ) );
+}
+
+bool ParsePID( char const* name, pid_t& pid )
+{
+    char const* const end = name + std::strlen( name );
+    auto const parsed = std::from_chars( name, end, pid );
+    return parsed.ec == std::errc() && parsed.ptr == end && pid > 0;
+}
+
+// Calls `visit` with the PID of each process, in ascending order, until it returns an error.
+// The kernel finds its place again by PID and not by counting, so that processes which come and
+// go between two reads of the directory make it neither miss nor repeat another one.
+template<typename Visit>
+int ForEachProcess( int procDirectory, Visit visit )
+{
+    alignas( dirent64 ) char entries[16384];
+    for ( ;; )
+    {
+        ssize_t const length =
+            Uninterrupted( [&] { return getdents64( procDirectory, entries, sizeof entries ); } );
+        if ( length == -1 )
+            return errno;
+        if ( length == 0 )
+            return 0;
+
+        for ( ssize_t position = 0; position < length; )
+        {
+            auto const* entry = reinterpret_cast<dirent64 const*>( entries + position );
+            position += entry->d_reclen;
+            pid_t pid = 0;
+            if ( !ParsePID( entry->d_name, pid ) )
+                continue;
+            if ( int const error = visit( pid ) )
+                return error;
+        }
+    }
+}
+
+bool IsOutOfSight( int error )
+{
+    bool const ended = error == ENOENT || error == ESRCH;
+    bool const hidden = error == EACCES || error == EPERM;
+    return ended || hidden;
+}
+
+int ReadProcess( int procDirectory, pid_t pid, kinfo_proc& process )
+{
+    char path[sizeof "/comm" + 10];
+    char* const end = std::to_chars( path, path + 10, pid ).ptr;
+    std::memcpy( end, "/comm", sizeof "/comm" );
+    Descriptor const file = Open( procDirectory, path, 0 );
+    if ( file.Get() == -1 )
+        return errno;
+
+    // The kernel ends the name with a newline; the name itself may hold any character, newlines
+    // too. Names of its own threads can be longer than a record has room for.
+    char name[MAXCOMLEN + 1];
+    ssize_t const length = Uninterrupted( [&] { return read( file.Get(), name, sizeof name ); } );
+    if ( length == -1 )
+        return errno;
+    if ( length == 0 )
+        return ESRCH;
+
+    process = {};
+    process.kp_proc.p_pid = pid;
+    std::copy_n( name, length - 1, process.kp_proc.p_comm );
+    return 0;
+}
+
+int MeasureTable( int procDirectory, size_t& length )
+{
+    size_t count = 0;
+    int const error = ForEachProcess( procDirectory,
+        [&count]( pid_t )
+        {
+            ++count;
+            return 0;
+        } );
+    size_t const roomToGrow = 16 + count / 8;
+    length = ( count + roomToGrow ) * sizeof( kinfo_proc );
+    return error;
+}
+
+int FetchTable( int procDirectory, void* table, size_t& length )
+{
+    size_t const capacity = length / sizeof( kinfo_proc );
+    size_t count = 0;
+    int const error = ForEachProcess( procDirectory,
+        [&]( pid_t pid )
+        {
+            kinfo_proc process;
+            int const reason = ReadProcess( procDirectory, pid, process );
+            if ( reason != 0 )
+                return IsOutOfSight( reason ) ? 0 : reason;
+            if ( count == capacity )
+                return ENOMEM;
+            std::memcpy(
+                static_cast<char*>( table ) + count++ * sizeof process, &process, sizeof process );
+            return 0;
+        } );
+    length = count * sizeof( kinfo_proc );
+    return error;
+}
+
+int ReadTable( void* table, size_t& length )
+{
+    Descriptor const directory = Open( AT_FDCWD, "/proc", O_DIRECTORY );
+    struct statfs fileSystem;
+    if ( directory.Get() == -1 || fstatfs( directory.Get(), &fileSystem ) == -1 )
+        return errno;
+    if ( fileSystem.f_type != PROC_SUPER_MAGIC )
+        return ENOENT;
+    return table == nullptr ? MeasureTable( directory.Get(), length )
+                            : FetchTable( directory.Get(), table, length );
+}
+
+int Sysctl(
+    int const* name, unsigned int nameLength, void* table, size_t* length, void const* newValue )
+{
+    if ( name == nullptr || length == nullptr )
+        return EFAULT;
+    if ( !std::equal(
+             name, name + nameLength, std::begin( kWholeTable ), std::end( kWholeTable ) ) )
+        return ENOENT;
+    if ( newValue != nullptr )
+        return EPERM;
+    return ReadTable( table, *length );
+}
+} // namespace
+
+extern "C" int sysctl(
+    int* name, unsigned int namelen, void* oldp, size_t* oldlenp, void* newp, size_t /*newlen*/ )
+{
+    int const error = Sysctl( name, namelen, oldp, oldlenp, newp );
+    if ( error == 0 )
+        return 0;
+    errno = error;
+    return -1;
+}
