@@ -1,0 +1,155 @@
+#include "foundation/AutoNullTerminated.h"
+#include "foundation/Buffer.h"
+#include "foundation/ConstDataOfCapacity.h"
+#include "foundation/MakeString.h"
+#include "foundation/TrimAsciiWhitespace.h"
+#include "tests/support/AllocationFailure.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+#include <tuple>
+
+using namespace std::string_view_literals;
+using std::string_view;
+
+TEST( ConstData, ComparesForwardsAndBackwards )
+{
+    std::tuple<string_view, string_view, int, int> const rows[] = { { string_view(), "", 0, 0 },
+        { "abc", "abc", 0, 0 }, { "abc", "abd", -1, -1 }, { "ab", "abc", -1, -1 },
+        { "", "a", -1, -1 }, { "abc", "ab", 1, 1 }, { "bc", "c", -1, 1 },
+        { "a\xFF", "a\x01", 254, 254 }, { "xa", "yb", -1, -1 }, { "b", "ab", 1, -1 },
+        { "xc", "bc", 'x' - 'b', 'x' - 'b' }, { "\xFF", "\0"sv, 255, 255 } };
+    for ( auto const& [a, b, forwards, backwards] : rows )
+    {
+        SCOPED_TRACE( testing::Message() << a << " / " << b );
+        EXPECT_EQ( Compare( a, b ), forwards );
+        EXPECT_EQ( CompareReversed( a, b ), backwards );
+        EXPECT_EQ( ConstData( a ) < ConstData( b ), forwards < 0 );
+        EXPECT_EQ( ConstData( a ) == ConstData( b ), forwards == 0 );
+    }
+    std::size_t const size = std::size_t( 1 ) << 32; // one byte more than a range holds
+    void* const bytes = mmap( nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0 );
+    string_view const text( static_cast<char*>( bytes ), size );
+    EXPECT_THROW( ConstData{ text }, std::length_error );
+    munmap( bytes, size );
+}
+
+TEST( ConstData, FindsNeedles )
+{
+    using Offsets = std::vector<std::uint32_t>;
+    std::tuple<string_view, string_view, Offsets, bool, bool> const rows[] = {
+        { "abcabc", "bc", { 1, 4 }, false, true }, { "aaaaa", "aa", { 0, 2 }, true, true },
+        { "aab", "ab", { 1 }, false, true }, { "abc", "abc", { 0 }, true, true },
+        { "abc", "abcd", {}, false, false }, { "abc", "", {}, true, true },
+        { "", "", {}, true, true }, { "", "a", {}, false, false },
+        { "ab\xE9\0b\0"sv, "\0"sv, { 3, 5 }, false, true }, { "b\xE9", "\xE9", { 1 }, false, true },
+        { "abcdef", "ce", {}, false, false } };
+    for ( auto const& [text, needle, positions, starts, ends] : rows )
+    {
+        ConstData const range( text );
+        SCOPED_TRACE( testing::Message() << text << " / " << needle );
+        int const first = positions.empty() ? -1 : static_cast<int>( positions[0] );
+        EXPECT_EQ( range.PositionOf( ConstData( needle ) ), first );
+        EXPECT_EQ( range.PositionsOf( needle ), positions );
+        EXPECT_EQ( range.Contains( ConstData( needle ) ), needle.empty() || first >= 0 );
+        EXPECT_EQ( range.StartsWith( needle ), starts );
+        EXPECT_EQ( range.EndsWith( needle ), ends );
+        if ( needle.size() != 1 )
+            continue;
+        EXPECT_EQ( range.PositionOf( static_cast<unsigned char>( needle[0] ) ), first );
+        EXPECT_EQ( range.Contains( static_cast<unsigned char>( needle[0] ) ), first >= 0 );
+    }
+}
+
+TEST( ConstData, SplitsAndTrims )
+{
+    using Pieces = std::vector<std::string>;
+    std::tuple<string_view, string_view, bool, Pieces, Pieces> const rows[] = {
+        { "a,,b", ",", false, { "a", "", "b" }, { "a", "b" } },
+        { ",a,", ",", false, { "", "a", "" }, { "a" } }, { " , ", ",", true, { "", "" }, {} },
+        { " , ", ",", false, { " ", " " }, { " ", " " } },
+        { "\t\r\n a , \v\x85 c\f \r\n\t", ",", true, { "a", "\v\x85 c\f" }, { "a", "\v\x85 c\f" } },
+        { "a:::b:c", "::", false, { "a", ":b:c" }, { "a", ":b:c" } },
+        { ",", ",", false, { "", "" }, {} },
+        // One piece, empty or not, when the separator cannot occur at all.
+        { " ", ", ", true, { "" }, { "" } }, { " a ", "", true, { "a" }, { "a" } },
+        { "", ",", false, { "" }, { "" } } };
+    for ( auto const& [text, separator, trim, keepingEmpty, notKeepingEmpty] : rows )
+        for ( bool const keepEmpty : { true, false } )
+        {
+            Pieces pieces;
+            for ( ConstData piece : ConstData( text ).Split( separator, trim, keepEmpty ) )
+                pieces.push_back( MakeString( piece ) );
+            EXPECT_EQ( pieces, keepEmpty ? keepingEmpty : notKeepingEmpty )
+                << text << " at " << separator << ( keepEmpty ? ", keeping" : "" );
+        }
+    ConstData const text( " \t "sv );
+    EXPECT_EQ( TrimAsciiWhitespace( text ).begin(), text.end() );
+    EXPECT_EQ( MakeString( TrimLeadingAsciiWhitespace( "\n\r a "sv ) ), "a " );
+    EXPECT_GT( FailEachAllocation( [&] { text.Split( "\t"sv, false, true ); } ), 1 );
+}
+
+TEST( Buffer, TakesWhatThereIsRoomForAndIsUnchangedByFailures )
+{
+    ConstData const text( "abcdef"sv );
+    ConstData const pieces[] = { "ab"sv, ConstData(), "cde"sv, "f"sv };
+    ConstDataRopeReference const rope( pieces, std::end( pieces ) );
+    for ( std::uint32_t room = 0; room <= 8; ++room )
+    {
+        unsigned char storage[4][9] = {};
+        auto const range = [&]( int i ) { return Data( storage[i], storage[i] + room ); };
+        std::uint32_t const count = std::min( room, 6u );
+        ConstBuffer from( text );
+        Buffer fromCursor( range( 0 ) ), fromRope( range( 1 ) );
+        EXPECT_EQ( ( fromCursor << from ).Filled().Length(), count );
+        EXPECT_EQ( from.Consumed().Length(), count );
+        EXPECT_EQ( ( fromRope << rope ).Filled().Length(), count );
+        EXPECT_EQ( ( range( 2 ) << rope ).begin(), storage[2] + count );
+        EXPECT_EQ( ( text >> range( 3 ) ).begin(), text.begin() + count );
+        for ( auto const& bytes : storage )
+            EXPECT_EQ( reinterpret_cast<char const*>( bytes ), "abcdef"sv.substr( 0, room ) );
+    }
+    ConstBuffer nothing;
+    Buffer nowhere;
+    EXPECT_TRUE( ( nowhere << nothing << rope ).IsFull() );
+    unsigned char bytes[] = "abcdef"; // an overlapping copy goes byte by byte from the front
+    ConstData( bytes, bytes + 4 ) >> Data( bytes + 2, bytes + 6 );
+    EXPECT_STREQ( reinterpret_cast<char*>( bytes ), "ababab" );
+
+    unsigned char storage[] = "....";
+    Buffer buffer( Data( storage, storage + 2 ) );
+    buffer.Put( 'a' );
+    EXPECT_THROW( buffer.Advance( 2 ), DataOverflow );
+    buffer.Put( 'b' );
+    EXPECT_THROW( buffer.Put( 'c' ), DataOverflow );
+    EXPECT_STREQ( reinterpret_cast<char*>( storage ), "ab.." );
+    ConstBuffer from( buffer.Filled() );
+    EXPECT_THROW( from.Advance( 3 ), DataOverflow );
+    EXPECT_EQ( MakeString( from.Unread() ), "ab" );
+}
+
+TEST( OwnedTexts, AllocateOnceOrNotAtAllAndEndInAZero )
+{
+    std::string const longText( 100, 'a' );
+    ConstData const pieces[] = { ConstData( longText ), ConstData(), "1234567890"sv, "\0"sv };
+    long const before = AllocationCount();
+    std::string const text = MakeString( ConstDataRopeReference( pieces, pieces + 4 ) );
+    EXPECT_EQ( AllocationCount(), before + 1 );
+    EXPECT_EQ( text, longText + std::string( "1234567890\0"sv ) );
+    EXPECT_EQ( MakeString( ConstData() ), "" );
+    ConstDataOfCapacity<10> const ten( pieces[2] );
+    EXPECT_STREQ( reinterpret_cast<char const*>( ten.begin() ), "1234567890" );
+    EXPECT_THROW( ConstDataOfCapacity<10>( "12345678901"sv ), ConstDataCapacityExceeded );
+    ConstDataOfCapacity<21> const joined( ConstDataRopeReference( pieces + 1, pieces + 4 ) );
+    EXPECT_EQ( MakeString( joined ), "1234567890\0"sv );
+
+    char const abc[] = "abc";
+    AutoNullTerminated<char> const inPlace( abc, abc + 3, true ), copy( abc, abc + 2, false ),
+        empty( abc, abc, false ), null( nullptr, nullptr, false );
+    EXPECT_EQ( inPlace.Text(), abc );
+    EXPECT_EQ( std::string( copy.Text() ) + empty.Text(), "ab" );
+    EXPECT_EQ( null.Text(), empty.Text() );
+    EXPECT_EQ( copy.Allocated(), 3u );
+    EXPECT_EQ( inPlace.Allocated() + empty.Allocated(), 0u );
+}
