@@ -6,92 +6,61 @@
 
 #include <cerrno>
 #include <cstring>
-#include <deque>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
 {
+constexpr size_t kRecord = 492;
+
+// What one call of sysctl returns, leaves in errno, and hands back as the length.
 struct Answer
 {
-    int result;   // what sysctl returns
-    int error;    // what it leaves in errno
-    size_t bytes; // the length that it hands back
+    int result;
+    int error;
+    size_t bytes;
 };
 
-struct Row
-{
-    char const* name;
-    pid_t pid;
-};
+using Answers = std::vector<Answer>;
+using Table = std::vector<std::pair<char const*, pid_t>>;
 
-std::deque<Answer> gAnswers;
-std::vector<Row> gTable;
+Answers gAnswers;
+Table gTable;
 size_t gCalls = 0;
 bool gMallocFails = false;
 bool gWatching = false;
 std::vector<void*> gBlocks; // taken and not freed while watching
 
-constexpr size_t kRecord = 492;
-
-Answer Size( size_t bytes )
-{
-    return { 0, 0, bytes };
-}
-
-Answer Fetch( size_t bytes )
+Answer Gives( size_t bytes )
 {
     return { 0, 0, bytes };
 }
 
 Answer Fails( int error )
 {
-    return { -1, error, 0 };
+    return { -1, error, kRecord };
 }
 
-class ProcessListTest : public testing::Test
+// Calls `ask` with the kernel's `answers`; all of them must be asked for.
+template<typename Ask>
+auto Watch( Answers const& answers, Ask ask )
 {
-  protected:
-    void SetUp() override
-    {
-        gAnswers.clear();
-        gTable.clear();
-        gBlocks.clear();
-        gCalls = 0;
-        gMallocFails = false;
-    }
-
-    // Asks with the script `answers`, and checks what holds after every call.
-    int Ask( std::deque<Answer> answers )
-    {
-        gAnswers = std::move( answers );
-        size_t const expectedCalls = gAnswers.size();
-        mCount = 77;
-        gWatching = true;
-        int const error = GetBSDProcessList( &mList, &mCount );
-        gWatching = false;
-        EXPECT_EQ( gCalls, expectedCalls );
-        EXPECT_EQ( error == 0, mList != nullptr );
-        EXPECT_EQ( gBlocks.size(), error == 0 ? 1U : 0U ) << "a block was lost";
-        EXPECT_TRUE( error == 0 || mCount == 0 );
-        return error;
-    }
-
-    void TearDown() override { free( mList ); }
-
-    kinfo_proc* mList = nullptr;
-    size_t mCount = 0;
-};
-
-std::int32_t AgentAmong( std::vector<Row> const& table )
-{
-    gTable = table;
-    gAnswers = { Size( table.size() * kRecord ), Fetch( table.size() * kRecord ) };
+    gAnswers = answers;
+    gBlocks.clear();
+    gCalls = 0;
     gWatching = true;
-    std::int32_t const pid = getPID();
+    auto const result = ask();
     gWatching = false;
+    EXPECT_EQ( gCalls, answers.size() );
+    return result;
+}
+
+int32_t AgentAmong( Answers const& answers )
+{
+    int32_t const pid = Watch( answers, getPID );
     EXPECT_TRUE( gBlocks.empty() ) << "the list was not freed";
     return pid;
 }
@@ -106,13 +75,11 @@ extern "C"
 
     void* __wrap_malloc( size_t size )
     {
-        if ( !gWatching )
-            return __real_malloc( size );
-        gWatching = false;
-        void* const block = gMallocFails ? nullptr : __real_malloc( size );
-        if ( block != nullptr )
+        bool const watched = std::exchange( gWatching, false );
+        void* const block = watched && gMallocFails ? nullptr : __real_malloc( size );
+        if ( watched && block != nullptr )
             gBlocks.push_back( block );
-        gWatching = true;
+        gWatching = watched;
         return block;
     }
 
@@ -127,26 +94,20 @@ extern "C"
         size_t newLength )
     {
         gWatching = false;
-        ++gCalls;
         bool const wholeTable = nameLength == 3 && name[0] == 1 && name[1] == 14 && name[2] == 0;
         EXPECT_TRUE( wholeTable && newValue == nullptr && newLength == 0 );
         EXPECT_TRUE( table != nullptr || *length == 0 ) << "the length is not reset for the size";
-        Answer answer = Fails( EPROTO );
-        EXPECT_FALSE( gAnswers.empty() ) << "more calls than expected";
-        if ( !gAnswers.empty() )
-        {
-            answer = gAnswers.front();
-            gAnswers.pop_front();
-        }
+        Answer const answer = gCalls < gAnswers.size() ? gAnswers[gCalls] : Fails( EPROTO );
+        ++gCalls;
         if ( table != nullptr && answer.result == 0 )
         {
             EXPECT_LE( answer.bytes, *length );
             std::memset( table, 0, answer.bytes );
             for ( size_t i = 0; i < gTable.size(); ++i )
             {
-                kinfo_proc& process = static_cast<kinfo_proc*>( table )[i];
-                process.kp_proc.p_pid = gTable[i].pid;
-                std::strcpy( process.kp_proc.p_comm, gTable[i].name );
+                extern_proc& process = static_cast<kinfo_proc*>( table )[i].kp_proc;
+                process.p_pid = gTable[i].second;
+                std::strcpy( process.p_comm, gTable[i].first );
             }
         }
         *length = answer.bytes;
@@ -156,145 +117,107 @@ extern "C"
     }
 }
 
-TEST_F( ProcessListTest, HandsOutTheFetchedRecordsInOrder )
+TEST( ProcessList, HandsOutWholeRecordsOrAnErrorAndNothingElse )
 {
-    gTable = { { "init", 1 }, { "WUXAgent", 44 }, { "sixteen-letters-", 7 } };
-    ASSERT_EQ( Ask( { Size( 5 * kRecord ), Fetch( 3 * kRecord ) } ), 0 );
-    ASSERT_EQ( mCount, 3U );
-    for ( size_t i = 0; i < mCount; ++i )
-    {
-        EXPECT_EQ( mList[i].kp_proc.p_pid, gTable[i].pid );
-        EXPECT_STREQ( mList[i].kp_proc.p_comm, gTable[i].name );
-    }
-}
-
-TEST_F( ProcessListTest, CountsWholeRecordsOnly )
-{
-    for ( size_t surplus : { size_t( 0 ), size_t( 1 ), kRecord - 1 } )
-    {
-        SCOPED_TRACE( surplus );
-        SetUp();
-        ASSERT_EQ( Ask( { Size( 4 * kRecord ), Fetch( 2 * kRecord + surplus ) } ), 0 );
-        EXPECT_EQ( mCount, 2U );
-        free( mList );
-        mList = nullptr;
-    }
-}
-
-TEST_F( ProcessListTest, StartsAgainAsOftenAsTheTableOutgrowsItsBlock )
-{
-    std::deque<Answer> answers;
+    Answers outgrown;
     for ( size_t pass = 1; pass <= 100; ++pass )
-    {
-        answers.push_back( Size( pass * kRecord ) );
-        answers.push_back( Fails( ENOMEM ) );
-    }
-    answers.push_back( Size( 200 * kRecord ) );
-    answers.push_back( Fetch( 150 * kRecord ) );
-    ASSERT_EQ( Ask( answers ), 0 );
-    EXPECT_EQ( mCount, 150U );
-}
+        outgrown.insert( outgrown.end(), { Gives( pass * kRecord ), Fails( ENOMEM ) } );
+    outgrown.insert( outgrown.end(), { Gives( 200 * kRecord ), Gives( 150 * kRecord ) } );
 
-TEST_F( ProcessListTest, EndsWithTheErrorOfTheKernel )
-{
     struct Case
     {
         char const* name;
-        std::deque<Answer> answers;
+        Answers answers;
         int error;
+        size_t count;
+        bool noMemory = false;
     };
 
     Case const cases[] = {
-        { "no size", { Fails( EPERM ) }, EPERM },
-        { "no memory for the size is not retried", { Fails( ENOMEM ) }, ENOMEM },
-        { "a result other than -1 is the error itself", { { 5, EPERM, 0 } }, 5 },
-        { "no table", { Size( kRecord ), Fails( EFAULT ) }, EFAULT },
-        { "no table, the error as the result", { Size( kRecord ), { 9, 0, 0 } }, 9 },
+        { "fewer than announced", { Gives( 5 * kRecord ), Gives( 3 * kRecord ) }, 0, 3 },
+        { "a byte more", { Gives( 5 * kRecord ), Gives( 2 * kRecord + 1 ) }, 0, 2 },
+        { "a byte less", { Gives( 5 * kRecord ), Gives( 3 * kRecord - 1 ) }, 0, 2 },
+        { "outgrown a hundred times", outgrown, 0, 150 },
+        { "no size", { Fails( EPERM ) }, EPERM, 0 },
+        { "no memory for the size is not retried", { Fails( ENOMEM ) }, ENOMEM, 0 },
+        { "a result other than -1 is the error itself", { { 5, EPERM, 0 } }, 5, 0 },
+        { "no table", { Gives( kRecord ), Fails( EFAULT ) }, EFAULT, 0 },
+        { "no table, the error as the result", { Gives( kRecord ), { 9, 0, 0 } }, 9, 0 },
         { "too small, the error as the result",
-            { Size( kRecord ), { ENOMEM, 0, 0 }, Size( kRecord ), Fails( EIO ) }, EIO },
-        { "no size in the second pass", { Size( kRecord ), Fails( ENOMEM ), Fails( EMFILE ) },
-            EMFILE },
+            { Gives( kRecord ), { ENOMEM, 0, 0 }, Gives( kRecord ), Fails( EIO ) }, EIO, 0 },
+        { "no size again", { Gives( kRecord ), Fails( ENOMEM ), Fails( EMFILE ) }, EMFILE, 0 },
+        { "no memory for the block", { Gives( kRecord ) }, 12, 0, true },
     };
+    gTable = { { "init", 1 }, { "sixteen-letters-", 44 } };
     for ( Case const& row : cases )
     {
         SCOPED_TRACE( row.name );
-        SetUp();
-        EXPECT_EQ( Ask( row.answers ), row.error );
+        kinfo_proc* list = nullptr;
+        size_t count = 77;
+        gMallocFails = row.noMemory;
+        EXPECT_EQ(
+            Watch( row.answers, [&] { return GetBSDProcessList( &list, &count ); } ), row.error );
+        EXPECT_EQ( count, row.count );
+        EXPECT_EQ( list != nullptr, row.error == 0 );
+        EXPECT_EQ( gBlocks.size(), row.error == 0 ? 1U : 0U ) << "a block was lost";
+        for ( size_t i = 0; list != nullptr && i < gTable.size(); ++i )
+        {
+            EXPECT_STREQ( list[i].kp_proc.p_comm, gTable[i].first );
+            EXPECT_EQ( list[i].kp_proc.p_pid, gTable[i].second );
+        }
+        free( list );
+        EXPECT_TRUE( row.error == 0 || AgentAmong( row.answers ) == 0 );
+        gMallocFails = false;
     }
 }
 
-TEST_F( ProcessListTest, ReportsThatThereIsNoMemoryForTheBlock )
-{
-    gMallocFails = true;
-    EXPECT_EQ( Ask( { Size( kRecord ) } ), 12 );
-    gAnswers = { Size( kRecord ) };
-    EXPECT_EQ( getPID(), 0 );
-    gWatching = false;
-}
-
-TEST_F( ProcessListTest, FindsTheAgentByItsExactShortName )
+TEST( AgentProcess, IsTheFirstWithExactlyTheAgentsShortName )
 {
     struct Case
     {
         char const* name;
-        std::vector<Row> table;
-        std::int32_t pid;
+        Table table;
+        int32_t pid;
     };
 
     Case const cases[] = {
         { "nobody", { { "init", 1 }, { "sh", 2 } }, 0 },
         { "alone", { { "WUXAgent", 2147483647 } }, 2147483647 },
         { "last", { { "init", 1 }, { "WUXAgent", 9 } }, 9 },
-        { "two: the first in the table, not the lowest", { { "WUXAgent", 9 }, { "WUXAgent", 4 } },
-            9 },
-        { "longer names", { { "WUXAgentControlP", 3 }, { "WUXAgent ", 4 }, { "xWUXAgent", 5 } },
-            0 },
-        { "a shorter name", { { "WUXAgen", 3 }, { "", 4 } }, 0 },
+        { "not the lowest of two", { { "WUXAgent", 9 }, { "WUXAgent", 4 } }, 9 },
+        { "longer", { { "WUXAgentControlP", 3 }, { "WUXAgent ", 4 }, { "xWUXAgent", 5 } }, 0 },
+        { "shorter", { { "WUXAgen", 3 }, { "", 4 } }, 0 },
         { "other letter case", { { "wuxagent", 3 }, { "WUXAGENT", 4 }, { "WuxAgent", 5 } }, 0 },
     };
     for ( Case const& row : cases )
     {
         SCOPED_TRACE( row.name );
-        EXPECT_EQ( AgentAmong( row.table ), row.pid );
+        gTable = row.table;
+        size_t const bytes = gTable.size() * kRecord;
+        EXPECT_EQ( AgentAmong( { Gives( bytes ), Gives( bytes ) } ), row.pid );
     }
 }
 
-TEST_F( ProcessListTest, FindsNoAgentInATableThatCannotBeRead )
+// Those inside the function cannot be provoked from outside: their lines are looked up.
+TEST( ProcessListDeathTest, AssertionsNameTheirLine )
 {
-    gTable = { { "WUXAgent", 5 } };
-    gAnswers = { Fails( EACCES ) };
-    EXPECT_EQ( getPID(), 0 );
-    gWatching = false;
-}
-
-using ProcessListDeathTest = ProcessListTest;
-
-TEST_F( ProcessListDeathTest, MistakenArgumentsEndTheProcessWithTheirLine )
-{
-    std::string const where = "Shared/Portable/Processes/Mac/BSDProcessList:";
-    auto const message = [&where]( int line, std::string const& condition )
-    {
-        return where + std::to_string( line ) + ": GetBSDProcessList: Assertion `" + condition +
-               "' failed";
-    };
-    kinfo_proc block;
     kinfo_proc* list = nullptr;
-    kinfo_proc* taken = &block;
+    kinfo_proc* taken = static_cast<kinfo_proc*>( static_cast<void*>( &list ) );
     size_t count = 0;
     testing::KilledBySignal const aborted( SIGABRT );
-    EXPECT_EXIT( GetBSDProcessList( nullptr, &count ), aborted, message( 34, "procList != NULL" ) );
-    EXPECT_EXIT( GetBSDProcessList( &taken, &count ), aborted, message( 35, ".procList == NULL" ) );
-    EXPECT_EXIT( GetBSDProcessList( &list, nullptr ), aborted, message( 36, "procCount != NULL" ) );
-}
+#define MESSAGE( line, condition )                                                                 \
+    "Shared/Portable/Processes/Mac/BSDProcessList:" #line                                          \
+    ": GetBSDProcessList: Assertion `" condition "' failed"
+    EXPECT_EXIT( GetBSDProcessList( nullptr, &count ), aborted, MESSAGE( 34, "procList != NULL" ) );
+    EXPECT_EXIT( GetBSDProcessList( &taken, &count ), aborted, MESSAGE( 35, ".procList == NULL" ) );
+    EXPECT_EXIT( GetBSDProcessList( &list, nullptr ), aborted, MESSAGE( 36, "procCount != NULL" ) );
 
-// Those inside the function cannot be provoked from outside.
-TEST( ProcessListSource, AssertionsStandOnTheLinesThatTheirMessagesNameForever )
-{
     std::ifstream source( PROCESS_LIST_SOURCE );
-    std::vector<std::string> lines = { "" };
-    for ( std::string line; std::getline( source, line ); )
-        lines.push_back( line );
+    std::vector<std::string> lines( 1 );
+    while ( std::getline( source, lines.emplace_back() ) )
+    {
+    }
     ASSERT_GT( lines.size(), 107U );
-    EXPECT_NE( lines[53].find( "( result == NULL )" ), std::string::npos );
+    EXPECT_NE( lines[53].find( "ASSERT_ALWAYS( result == NULL )" ), std::string::npos );
     EXPECT_NE( lines[107].find( "( ( err == 0 ) == ( *procList != NULL ) )" ), std::string::npos );
 }
