@@ -1,0 +1,34 @@
+#pragma once
+
+// Ownership and short forms for the tests of the Core Foundation-compatible layer.
+
+#include <CoreFoundation/CFBase.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+struct CallCFRelease
+{
+    void operator()( CFTypeRef object ) const { CFRelease( object ); }
+};
+
+/// Owns the reference that a "Create" or "Copy" function gave.
+template<class Reference>
+using Held = std::unique_ptr<std::remove_pointer_t<Reference>, CallCFRelease>;
+
+/// A string of UTF-8 text.
+Held<CFStringRef> String( std::string_view text );
+
+Held<CFDataRef> Data( std::string_view bytes );
+
+/// The XML element with that content.
+std::string Element( std::string const& name, std::string const& content );
+
+/// What an XML property list gives; null when it is refused.
+Held<CFTypeRef> Parsed( std::string_view text, CFOptionFlags option = 0 );
+
+/// An object as text: {"key"="value"} with sorted keys, ["a","b"], i5 for integers, r2.5 for reals,
+/// true, @seconds for dates, <hex> for data. Strings are written in UTF-8 between quotes.
+std::string Describe( CFTypeRef object );

@@ -1,0 +1,259 @@
+#include "tests/linux/CoreFoundation/Held.h"
+
+#include <CoreFoundation/CFArray.h>
+#include <CoreFoundation/CFData.h>
+#include <CoreFoundation/CFDate.h>
+#include <CoreFoundation/CFDictionary.h>
+#include <CoreFoundation/CFNumber.h>
+#include <CoreFoundation/CFString.h>
+
+#include <gtest/gtest.h>
+#include <iomanip>
+#include <set>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+// The number as a Target, which all of the types name; a "~" says that something is lost.
+template<class Target>
+std::string Read( CFNumberRef number, std::vector<CFNumberType> const& types )
+{
+    std::set<std::string> answers;
+    for ( CFNumberType const type : types )
+    {
+        Target value{};
+        bool const isExact = CFNumberGetValue( number, type, &value );
+        std::ostringstream out;
+        out << ( isExact ? " " : " ~" ) << std::setprecision( 17 ) << +value;
+        answers.insert( out.str() );
+    }
+    EXPECT_EQ( answers.size(), 1U );
+    return *answers.begin();
+}
+
+std::string ReadAsEachType( std::string const& element )
+{
+    Held<CFTypeRef> const held = Parsed( element );
+    auto const number = static_cast<CFNumberRef>( held.get() );
+    return Read<SInt8>( number, { kCFNumberSInt8Type, kCFNumberCharType } ) +
+           Read<SInt16>( number, { kCFNumberSInt16Type, kCFNumberShortType } ) +
+           Read<SInt32>( number, { kCFNumberSInt32Type, kCFNumberIntType } ) +
+           Read<SInt64>( number, { kCFNumberSInt64Type, kCFNumberLongType, kCFNumberLongLongType,
+                                     kCFNumberCFIndexType } ) +
+           Read<float>( number, { kCFNumberFloat32Type, kCFNumberFloatType } ) +
+           Read<double>( number, { kCFNumberFloat64Type, kCFNumberDoubleType } ) +
+           Read<SInt8>( number, { 0, 15 } );
+}
+
+TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
+{
+    std::pair<std::string, std::string> const rows[] = {
+        { Element( "integer", "-128" ), " -128 -128 -128 -128 -128 -128" },
+        { Element( "integer", "0x12345" ), " ~69 ~9029 74565 74565 74565 74565" },
+        { Element( "integer", "0x100000001" ), " ~1 ~1 ~1 4294967297 ~4294967296 4294967297" },
+        { Element( "integer", "0x20000000000001" ),
+            " ~1 ~1 ~1 9007199254740993 ~9007199254740992 ~9007199254740992" },
+        { Element( "integer", "-0x8000000000000000" ),
+            " ~0 ~0 ~0 -9223372036854775808 -9.2233720368547758e+18 -9.2233720368547758e+18" },
+        { Element( "integer", "0xffffffffffffffff" ),
+            " ~-1 ~-1 ~-1 ~-1 ~1.8446744073709552e+19 ~1.8446744073709552e+19" },
+        { Element( "real", "-3.5" ), " ~-3 ~-3 ~-3 ~-3 -3.5 -3.5" },
+        { Element( "real", "0.1" ), " ~0 ~0 ~0 ~0 ~0.10000000149011612 0.10000000000000001" },
+        { Element( "real", "127.9375" ), " ~127 ~127 ~127 ~127 127.9375 127.9375" },
+        { Element( "real", "128" ), " ~127 128 128 128 128 128" },
+        { Element( "real", "-128" ), " -128 -128 -128 -128 -128 -128" },
+        { Element( "real", "-1e300" ), " ~-128 ~-32768 ~-2147483648 ~-9223372036854775808 ~-inf"
+                                       " -1.0000000000000001e+300" },
+        { Element( "real", "0.9223372036854775808e19" ),
+            " ~127 ~32767 ~2147483647 ~9223372036854775807 9.2233720368547758e+18"
+            " 9.2233720368547758e+18" },
+        { Element( "real", "nan" ), " ~0 ~0 ~0 ~0 nan nan" } };
+
+    for ( auto const& [element, values] : rows )
+    {
+        EXPECT_EQ( ReadAsEachType( element ), values + " ~0" ) << element;
+    }
+}
+
+TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
+{
+    using Pairs = std::pair<char const*, char const*>;
+    Pairs const equal[] = { { "<integer>1</integer>", "<real>1.0</real>" },
+        { "<integer>0</integer>", "<real>-0.0</real>" },
+        { "<real>18446744073709551616</real>", "<real>0.18446744073709551616e20</real>" },
+        { "<real>nan</real>", "<real>NaN</real>" }, { "<true/>", "<true></true>" },
+        { "<string>e</string>", "<string>&#101;</string>" },
+        { "<data>AAEC</data>", "<data>AA EC</data>" },
+        { "<date>2001-01-01T00:00:60Z</date>", "<date>2001-01-01T00:01:00Z</date>" },
+        { "<array><true/><string/></array>", "<array><true/><string></string></array>" },
+        { "<dict><key>a</key><integer>2</integer><key>b</key><true/></dict>",
+            "<dict><key>b</key><true/><key>a</key><real>2</real></dict>" } };
+    Pairs const different[] = { { "<integer>1</integer>", "<real>1.5</real>" },
+        { "<integer>1</integer>", "<true/>" },
+        { "<integer>9007199254740993</integer>", "<real>9007199254740992</real>" },
+        { "<integer>9223372036854775807</integer>", "<real>9223372036854775808</real>" },
+        { "<integer>18446744073709551615</integer>", "<real>18446744073709551616</real>" },
+        { "<integer>18446744073709551615</integer>", "<integer>-1</integer>" },
+        { "<real>nan</real>", "<real>0.5</real>" }, { "<real>inf</real>", "<real>-inf</real>" },
+        { "<true/>", "<false/>" }, { "<string>&#xE9;</string>", "<string>e&#x301;</string>" },
+        { "<string></string>", "<data></data>" }, { "<data>AAEC</data>", "<data>AAED</data>" },
+        { "<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:01Z</date>" },
+        { "<array><true/><string/></array>", "<array><string/><true/></array>" },
+        { "<array><true/></array>", "<array><true/><true/></array>" },
+        { "<dict><key>a</key><true/></dict>", "<dict><key>a</key><false/></dict>" },
+        { "<dict><key>a</key><true/></dict>", "<dict><key>b</key><true/></dict>" },
+        { "<dict/>", "<dict><key>b</key><true/></dict>" } };
+    for ( auto const& [a, b] : equal )
+    {
+        EXPECT_TRUE( CFEqual( Parsed( a ).get(), Parsed( b ).get() ) ) << a << b;
+        EXPECT_TRUE( CFEqual( Parsed( b ).get(), Parsed( a ).get() ) ) << a << b;
+        EXPECT_EQ( CFHash( Parsed( a ).get() ), CFHash( Parsed( b ).get() ) ) << a << b;
+    }
+    for ( auto const& [a, b] : different )
+    {
+        EXPECT_FALSE( CFEqual( Parsed( a ).get(), Parsed( b ).get() ) ) << a << b;
+        EXPECT_FALSE( CFEqual( Parsed( b ).get(), Parsed( a ).get() ) ) << a << b;
+    }
+}
+
+TEST( Objects, OfEachTypeHaveAnIdentifierOfTheirOwn )
+{
+    std::set<CFTypeID> const types = { CFStringGetTypeID(), CFDataGetTypeID(), CFArrayGetTypeID(),
+        CFDictionaryGetTypeID(), CFNumberGetTypeID(), CFBooleanGetTypeID(), CFDateGetTypeID() };
+    EXPECT_EQ( types.size(), 7U );
+}
+
+TEST( Data, IsACopyOfItsBytes )
+{
+    std::string bytes = "abc";
+    Held<CFDataRef> const data = Data( bytes );
+    bytes = "xyz";
+    UInt8 part[2] = {};
+    CFDataGetBytes( data.get(), CFRangeMake( 1, 2 ), part );
+    EXPECT_EQ( std::string( part, part + 2 ), "bc" );
+    EXPECT_EQ( CFDataGetLength( Data( "" ).get() ), 0 );
+    EXPECT_EQ( CFDataCreate( nullptr, part, -1 ), nullptr );
+    EXPECT_EQ( CFDataCreate( nullptr, nullptr, 1 ), nullptr );
+}
+
+TEST( Array, RetainsWhatIsAppended )
+{
+    Held<CFTypeRef> array = Parsed( "<array><true/></array>" );
+    auto const changing = static_cast<CFMutableArrayRef>( const_cast<void*>( array.get() ) );
+    Held<CFStringRef> const element = String( "a" );
+    CFArrayAppendValue( changing, element.get() );
+    EXPECT_EQ( CFGetRetainCount( element.get() ), 2 );
+    EXPECT_EQ( CFArrayGetValueAtIndex( changing, 1 ), element.get() );
+    EXPECT_EQ( Describe( array.get() ), R"([true,"a"])" );
+    array.reset();
+    EXPECT_EQ( CFGetRetainCount( element.get() ), 1 );
+}
+
+Held<CFDictionaryRef> Dictionary( std::vector<void const*> keys, std::vector<void const*> values )
+{
+    return Held<CFDictionaryRef>( CFDictionaryCreate( nullptr, keys.data(), values.data(),
+        static_cast<CFIndex>( keys.size() ), &kCFTypeDictionaryKeyCallBacks,
+        &kCFTypeDictionaryValueCallBacks ) );
+}
+
+TEST( Dictionary, FindsValuesByEqualKeysAndLendsThem )
+{
+    Held<CFStringRef> const key = String( "key" );
+    Held<CFStringRef> const absent = String( "Key" );
+    Held<CFStringRef> const value = String( "value" );
+    Held<CFDictionaryRef> dictionary = Dictionary( { key.get() }, { value.get() } );
+    void const* found = nullptr;
+    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), String( "key" ).get(), &found ) );
+    EXPECT_EQ( found, value.get() );
+    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), key.get(), nullptr ) );
+    EXPECT_EQ( CFDictionaryGetValue( dictionary.get(), absent.get() ), nullptr );
+    found = &found;
+    EXPECT_FALSE( CFDictionaryGetValueIfPresent( dictionary.get(), absent.get(), &found ) );
+    EXPECT_EQ( found, &found );
+    EXPECT_EQ( CFGetRetainCount( key.get() ) + CFGetRetainCount( value.get() ), 4 );
+    dictionary.reset();
+    EXPECT_EQ( CFGetRetainCount( key.get() ) + CFGetRetainCount( value.get() ), 2 );
+}
+
+TEST( Dictionary, OfEqualKeysTheFirstStaysWithTheLastValue )
+{
+    Held<CFStringRef> const first = String( "k" );
+    Held<CFStringRef> const second = String( "k" );
+    Held<CFStringRef> const value = String( "v" );
+    Held<CFDictionaryRef> const dictionary =
+        Dictionary( { first.get(), second.get() }, { value.get(), kCFBooleanTrue } );
+    EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=true})" );
+    auto const changing = const_cast<CFMutableDictionaryRef>( dictionary.get() );
+    CFDictionarySetValue( changing, second.get(), kCFBooleanFalse );
+    EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=false})" );
+    EXPECT_EQ( CFGetRetainCount( first.get() ), 2 );
+    EXPECT_EQ( CFGetRetainCount( second.get() ), 1 );
+    EXPECT_EQ( CFGetRetainCount( value.get() ), 1 );
+}
+
+TEST( Dictionary, RefusesForeignCallBacksAndNegativeCounts )
+{
+    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, 0, nullptr, nullptr ), nullptr );
+    EXPECT_EQ(
+        CFDictionaryCreateMutable( nullptr, 0, &kCFTypeDictionaryKeyCallBacks, nullptr ), nullptr );
+    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, -1, &kCFTypeDictionaryKeyCallBacks,
+                   &kCFTypeDictionaryValueCallBacks ),
+        nullptr );
+}
+
+TEST( References, ConstantsIgnoreReleases )
+{
+    CFRelease( kCFBooleanTrue );
+    CFRelease( kCFBooleanTrue );
+    EXPECT_TRUE( CFBooleanGetValue( kCFBooleanTrue ) );
+    EXPECT_FALSE( CFBooleanGetValue( kCFBooleanFalse ) );
+}
+
+TEST( References, AreCountedAcrossThreads )
+{
+    Held<CFStringRef> const string = String( "shared" );
+    EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
+    std::vector<std::thread> threads;
+    for ( int i = 0; i < 4; ++i )
+    {
+        threads.emplace_back(
+            [&string]
+            {
+                for ( int j = 0; j < 10000; ++j )
+                {
+                    CFRelease( CFRetain( string.get() ) );
+                }
+            } );
+    }
+    for ( std::thread& thread : threads )
+    {
+        thread.join();
+    }
+    EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
+}
+
+TEST( ReferencesDeathTest, BrokenContractsTrap )
+{
+    Held<CFStringRef> const string = String( "abc" );
+    Held<CFDataRef> const data = Data( "abc" );
+    Held<CFTypeRef> const list = Parsed( "<array><true/></array>" );
+    auto const array = static_cast<CFArrayRef>( list.get() );
+    UniChar units[8];
+    UInt8 bytes[8];
+
+    EXPECT_DEATH( CFRelease( nullptr ), "" );
+    EXPECT_DEATH( CFRetain( nullptr ), "" );
+    EXPECT_DEATH( CFHash( nullptr ), "" );
+    EXPECT_DEATH( CFGetTypeID( nullptr ), "" );
+    EXPECT_DEATH( CFEqual( nullptr, string.get() ), "" );
+    EXPECT_DEATH( CFEqual( string.get(), nullptr ), "" );
+    EXPECT_DEATH( CFStringGetCharacters( string.get(), CFRangeMake( 2, 2 ), units ), "" );
+    EXPECT_DEATH( CFStringGetCharacters( string.get(), CFRangeMake( -1, 1 ), units ), "" );
+    EXPECT_DEATH( CFDataGetBytes( data.get(), CFRangeMake( 2, 2 ), bytes ), "" );
+    EXPECT_DEATH( CFArrayGetValueAtIndex( array, 1 ), "" );
+}
+
+} // namespace
