@@ -1,0 +1,222 @@
+#include <CoreServices/CoreServices.h>
+
+#include "linux/CoreFoundation/CFURLObject.h"
+#include "tests/linux/CoreFoundation/Held.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <sys/stat.h>
+#include <vector>
+
+namespace
+{
+
+class Catalog : public ::testing::Test
+{
+  protected:
+    std::string Path( std::string const& name ) const { return mFolder.Path( name ); }
+
+    void Write( std::string const& name ) const { std::ofstream( Path( name ) ) << "12345"; }
+
+    // A reference through the directory form of the URL, as locations have it.
+    static bool Find( std::string const& path, FSRef& ref )
+    {
+        return CFURLGetFSRef( Held<CFURLRef>( CreateFileURL( path, true ) ).get(), &ref ) != 0;
+    }
+
+    FSRef Find( std::string const& name ) const
+    {
+        FSRef ref;
+        EXPECT_TRUE( Find( Path( name ), ref ) ) << name;
+        return ref;
+    }
+
+    static OSErr Reread( FSRef const& ref, FSCatalogInfo* info = nullptr, FSSpec* spec = nullptr )
+    {
+        return FSGetCatalogInfo( &ref, kFSCatInfoGettableInfo, info, nullptr, spec, nullptr );
+    }
+
+    FSCatalogInfo Info( std::string const& name ) const
+    {
+        FSCatalogInfo info = {};
+        EXPECT_EQ( noErr, Reread( Find( name ), &info ) );
+        return info;
+    }
+
+    FSSpec Spec( std::string const& name ) const
+    {
+        FSSpec spec;
+        EXPECT_EQ( noErr, Reread( Find( name ), nullptr, &spec ) );
+        return spec;
+    }
+
+    static OSErr Reread( FSSpec const& spec, HFileInfo* record = nullptr )
+    {
+        CInfoPBRec block = {};
+        block.hFileInfo.ioVRefNum = spec.vRefNum;
+        block.hFileInfo.ioDirID = spec.parID;
+        block.hFileInfo.ioNamePtr = spec.name.c_str();
+        OSErr const result = PBGetCatInfoSync( &block );
+        EXPECT_EQ( result, block.hFileInfo.ioResult );
+        if ( record != nullptr )
+            *record = block.hFileInfo;
+        return result;
+    }
+
+    static std::string URLText( FSRef const& ref )
+    {
+        Held<CFURLRef> const url( CFURLCreateFromFSRef( nullptr, &ref ) );
+        return url ? url->parts.Text() : "(null)";
+    }
+
+    TemporaryFolder mFolder;
+};
+
+UInt64 Seconds( UTCDateTime const& time )
+{
+    return UInt64{ time.highSeconds } << 32 | time.lowSeconds;
+}
+
+} // namespace
+
+TEST_F( Catalog, EntryAndRecordSayWhatTheFileSystemSays )
+{
+    Write( "file \xff" );
+    timespec const times[] = { { -3'000'000'000, 500'000'000 }, { 4'294'967'296, 999'999'999 } };
+    ASSERT_EQ( 0, utimensat( AT_FDCWD, Path( "file \xff" ).c_str(), times, 0 ) );
+    struct stat expected = {};
+    struct stat folder = {};
+    ASSERT_EQ( 0, stat( Path( "file \xff" ).c_str(), &expected ) );
+    ASSERT_EQ( 0, stat( mFolder.Path().c_str(), &folder ) );
+
+    FSCatalogInfo const info = Info( "file \xff" );
+    using Numbers = std::vector<UInt64>;
+    EXPECT_EQ( ( Numbers{ 0, expected.st_dev, folder.st_ino, expected.st_ino, 5,
+                   static_cast<UInt64>( expected.st_blocks ) * 512, expected.st_mode,
+                   expected.st_uid, expected.st_gid } ),
+        ( Numbers{ info.nodeFlags, info.volume, info.parentDirID, info.nodeID, info.dataLogicalSize,
+            info.dataPhysicalSize, info.permissions.mode, info.permissions.userID,
+            info.permissions.groupID } ) );
+    // What a file system cannot keep it clamps; compare with what it kept.
+    EXPECT_EQ( static_cast<UInt64>( expected.st_mtim.tv_sec + 2'082'844'800 ),
+        Seconds( info.contentModDate ) );
+    EXPECT_EQ( expected.st_mtim.tv_nsec == 999'999'999 ? 65535 : 0, info.contentModDate.fraction );
+    EXPECT_EQ( static_cast<UInt64>( expected.st_atim.tv_sec + 2'082'844'800 ) & 0xffff'ffff'ffff,
+        Seconds( info.accessDate ) );
+    EXPECT_EQ( kFSNodeIsDirectoryMask, Info( "." ).nodeFlags );
+    EXPECT_EQ( "file://" + Path( "file%20%FF" ), URLText( Find( "file \xff" ) ) );
+    EXPECT_EQ( "file://" + Path( "./" ), URLText( Find( "." ) ) );
+
+    HFileInfo record;
+    auto const numbers = [&record]
+    {
+        return Numbers{ record.ioFlAttrib, record.ioDirID, record.ioFlParID, record.ioFlLgLen,
+            record.ioFlPyLen };
+    };
+    ASSERT_EQ( noErr, Reread( Spec( "file \xff" ), &record ) );
+    EXPECT_EQ(
+        ( Numbers{ 0, expected.st_ino, folder.st_ino, 5, info.dataPhysicalSize } ), numbers() );
+    FSSpec const spec = Spec( "." );
+    ASSERT_EQ( noErr, Reread( spec, &record ) );
+    EXPECT_EQ( ( Numbers{ kioFlAttribDirMask, folder.st_ino, spec.parID, 0, 0 } ), numbers() );
+}
+
+TEST_F( Catalog, FindsTheFolderOfAnItemHoweverItsPathEnds )
+{
+    std::filesystem::create_directories( Path( "a/b" ) );
+    UInt64 const folder = Info( "a" ).nodeID;
+    for ( char const* path : { "a/b", "a/b/", "a//b//", "a/b/.", "a/./b/../../a/b", "a/b/../b" } )
+        EXPECT_EQ( folder, Info( path ).parentDirID ) << path;
+    EXPECT_EQ( Info( "." ).nodeID, Info( "a/b/.." ).parentDirID );
+    FSRef root;
+    FSCatalogInfo info = {};
+    ASSERT_TRUE( Find( "/", root ) );
+    ASSERT_EQ( noErr, Reread( root, &info ) );
+    EXPECT_EQ( info.nodeID, info.parentDirID );
+}
+
+TEST_F( Catalog, TakesALinkAtTheEndForAnItemOfItsOwn )
+{
+    std::filesystem::create_directory( Path( "folder" ) );
+    Write( "folder/file" );
+    std::filesystem::create_symlink( "folder", Path( "link" ) );
+    std::filesystem::create_symlink( "nowhere", Path( "dangling" ) );
+    EXPECT_EQ( 0, Info( "link/" ).nodeFlags );
+    EXPECT_EQ( Info( "folder/file" ).nodeID, Info( "link/file" ).nodeID );
+    EXPECT_EQ( Info( "folder/file" ).parentDirID, Info( "link/file" ).parentDirID );
+    EXPECT_EQ( S_IFLNK, Info( "dangling" ).permissions.mode & S_IFMT );
+    EXPECT_EQ( noErr, Reread( Spec( "link/file" ) ) );
+}
+
+TEST_F( Catalog, NoticesThatAnItemOrItsFolderWentOrWasReplaced )
+{
+    std::filesystem::create_directory( Path( "folder" ) );
+    Write( "folder/file" );
+    FSRef const ref = Find( "folder/file" );
+    FSSpec const spec = Spec( "folder/file" );
+    FSRef again;
+    auto const expect = [&]( OSErr ofRef, OSErr ofSpec )
+    {
+        EXPECT_EQ( ofRef, Reread( ref ) );
+        EXPECT_EQ( ofRef == noErr, URLText( ref ) != "(null)" );
+        EXPECT_EQ( ofSpec, Reread( spec ) );
+        again = FSRef();
+        EXPECT_EQ( ofSpec, FSpMakeFSRef( &spec, &again ) );
+        EXPECT_EQ( ofSpec == noErr ? spec.name : "", again.path );
+    };
+    expect( noErr, noErr );
+    EXPECT_EQ( ref.identity, again.identity );
+    std::filesystem::remove( Path( "folder/file" ) );
+    expect( fnfErr, fnfErr );
+    Write( "folder/file" ); // perhaps with the same inode; a specification goes by name
+    expect( fnfErr, noErr );
+    std::filesystem::rename( Path( "folder" ), Path( "moved" ) );
+    expect( dirNFErr, dirNFErr );
+    std::filesystem::create_directory( Path( "folder" ) );
+    Write( "folder/file" );
+    expect( fnfErr, dirNFErr );
+}
+
+TEST_F( Catalog, RefusesArgumentsThatMakeNoSense )
+{
+    FSRef ref;
+    FSSpec const relative{ 1, 2, "file" };
+    CInfoPBRec record = {};
+    HFSUniStr255* const name = reinterpret_cast<HFSUniStr255*>( &record );
+    FSRef const folder = Find( "." );
+    EXPECT_EQ( paramErr, FSGetCatalogInfo( nullptr, 0, nullptr, nullptr, nullptr, nullptr ) );
+    EXPECT_EQ( paramErr, FSGetCatalogInfo( &folder, 0, nullptr, name, nullptr, nullptr ) );
+    EXPECT_EQ( paramErr, FSGetCatalogInfo( &folder, 0, nullptr, nullptr, nullptr, &ref ) );
+    EXPECT_EQ( paramErr, Reread( ref ) );
+    EXPECT_EQ( paramErr, Reread( relative ) );
+    EXPECT_EQ( paramErr, FSpMakeFSRef( &relative, &ref ) );
+    EXPECT_EQ( paramErr, PBGetCatInfoSync( nullptr ) );
+    EXPECT_EQ( paramErr, PBGetCatInfoSync( &record ) );
+    record.hFileInfo.ioNamePtr = "/";
+    record.hFileInfo.ioFDirIndex = 1;
+    EXPECT_EQ( paramErr, PBGetCatInfoSync( &record ) );
+    EXPECT_EQ( "(null)", URLText( ref ) );
+    EXPECT_EQ( nullptr, CFURLCreateFromFSRef( nullptr, nullptr ) );
+    EXPECT_FALSE( CFURLGetFSRef( nullptr, &ref ) );
+    EXPECT_FALSE( Find( Path( std::string( 5000, 'a' ) ), ref ) );
+    EXPECT_FALSE( Find( Path( "missing" ), ref ) );
+}
+
+TEST_F( Catalog, SaysSoWhenMemoryRunsOut )
+{
+    Write( std::string( 100, 'n' ) );
+    FSRef const ref = Find( std::string( 100, 'n' ) );
+    auto const action = [&ref]
+    {
+        FSSpec spec;
+        if ( Reread( ref, nullptr, &spec ) == memFullErr )
+            throw std::bad_alloc();
+    };
+    EXPECT_LT( 0, FailEachAllocation( action ) );
+}

@@ -1,0 +1,75 @@
+#include "linux/CoreServices/ErrorCodes.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace
+{
+
+// Sets or clears the immutable attribute; false where that is not possible.
+bool SetImmutable( std::string const& path, bool isImmutable )
+{
+    int const file = open( path.c_str(), O_RDONLY | O_CLOEXEC );
+    int flags = 0;
+    bool isSet = ioctl( file, FS_IOC_GETFLAGS, &flags ) == 0;
+    flags = isImmutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+    isSet = isSet && ioctl( file, FS_IOC_SETFLAGS, &flags ) == 0;
+    close( file );
+    return isSet;
+}
+
+} // namespace
+
+TEST( ResultCodes, FollowTheTable )
+{
+    // The error, its code, and the code when all the circumstances hold.
+    int const rows[][3] = { { 0, 0, 0 }, { ENOENT, -43, -120 }, { ENOTDIR, -120, -120 },
+        { EACCES, -5000, -5000 }, { EPERM, -5000, -45 }, { EEXIST, -48, -48 }, { EBUSY, -47, -47 },
+        { ETXTBSY, -47, -47 }, { ENOTEMPTY, -47, -47 }, { EIO, -36, -36 },
+        { ENAMETOOLONG, -37, -37 }, { EILSEQ, -37, -37 }, { EROFS, -46, -44 }, { ENOSPC, -34, -34 },
+        { EDQUOT, -34, -34 }, { ENOMEM, -108, -108 }, { EMFILE, -42, -42 }, { ENFILE, -42, -42 },
+        { ELOOP, -36, -36 }, { EINVAL, -36, -36 } };
+    for ( auto const& [error, code, codeThen] : rows )
+    {
+        EXPECT_EQ( code, ResultCode( error ) ) << strerror( error );
+        EXPECT_EQ( codeThen, ResultCode( error, { true, true, true } ) ) << strerror( error );
+    }
+    EXPECT_EQ( fnfErr, ResultCode( ENOENT, { false, true, true } ) );
+    EXPECT_EQ( afpAccessDenied, ResultCode( EPERM, { true, false, true } ) );
+    EXPECT_EQ( vLckdErr, ResultCode( EROFS, { true, true, false } ) );
+}
+
+TEST( ResultCodes, DependOnWhatIsAtThePath )
+{
+    TemporaryFolder const folder;
+    std::string const file = folder.Path( "file" );
+    std::ofstream( file ) << "x";
+
+    struct
+    {
+        int error;
+        std::string path;
+        OSErr code;
+    } const rows[] = { { ENOENT, folder.Path( "missing" ), fnfErr }, { ENOENT, "/missing", fnfErr },
+        { ENOENT, folder.Path( "missing/item" ), dirNFErr }, { ENOENT, file + "/item", dirNFErr },
+        { EPERM, file, afpAccessDenied }, { EPERM, folder.Path( "missing" ), afpAccessDenied },
+        { EROFS, "/proc/self/status", vLckdErr }, { EROFS, "/missing/item", vLckdErr } };
+
+    for ( auto const& row : rows )
+        EXPECT_EQ( row.code, ResultCodeForPath( row.error, row.path ) ) << row.path;
+    if ( !SetImmutable( file, true ) )
+        GTEST_SKIP() << "the immutable attribute cannot be set here";
+    int const error = unlink( file.c_str() ) == 0 ? 0 : errno;
+    OSErr const code = ResultCodeForPath( error, file );
+    SetImmutable( file, false );
+    EXPECT_EQ( fLckdErr, code );
+}
