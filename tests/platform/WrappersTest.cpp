@@ -1,0 +1,203 @@
+#include "foundation/MakeString.h"
+#include "platform/CFBytes.h"
+#include "platform/CFDictionaries.h"
+#include "platform/CFErrors.h"
+#include "platform/CFStrings.h"
+#include "platform/CFURLs.h"
+#include "platform/FSRefs.h"
+#include "platform/OSError.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <CoreFoundation/CFBundle.h>
+#include <CoreFoundation/CFURLAccess.h>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+namespace
+{
+
+using namespace std::string_literals;
+
+constexpr char kList[] =
+    "<plist><dict><key>CFBundleVersion</key><string>9.1.2</string></dict></plist>";
+
+std::string Text( CFStringRef string )
+{
+    return MakeString( string, kCFStringEncodingUTF8, 0 );
+}
+
+AutoCFString String( std::string const& text )
+{
+    return MakeCFString( text, kCFStringEncodingUTF8 );
+}
+
+AutoCFURL URLOf( std::string const& path, bool isDirectory = true )
+{
+    return MakeURLFromFileSystemPath( String( path ).Get(), kCFURLPOSIXPathStyle, isDirectory );
+}
+
+std::string Text( AutoCFURL const& url )
+{
+    return Text( MakeCFString( url.Get() ).Get() );
+}
+
+std::string Text( AutoCFData const& data )
+{
+    Data const bytes = ExtractCFData( data.Get() );
+    std::unique_ptr<unsigned char[]> const owner( bytes.begin() );
+    return MakeString( bytes );
+}
+
+} // namespace
+
+TEST( Bytes, GoInAndComeOut )
+{
+    for ( std::string const& text : { "a\0b"s, ""s } )
+        EXPECT_EQ( text, Text( MakeCFData( ConstData( text ) ) ) );
+    long const before = AllocationCount();
+    EXPECT_EQ( nullptr, ExtractCFData( nullptr ).begin() );
+    EXPECT_EQ( before, AllocationCount() );
+}
+
+TEST( Dictionaries, AreReadFromPropertyListsWithADictionaryRootOnly )
+{
+    AutoCFDictionary const dictionary =
+        DictionaryCreateFromXMLData( MakeCFData( std::string_view( kList ) ).Get(), 2 );
+    EXPECT_EQ( 1, CFGetRetainCount( dictionary.Get() ) );
+    CFTypeRef const value =
+        GetDictionaryValue( dictionary.Get(), String( "CFBundleVersion" ).Get() );
+    EXPECT_EQ( "9.1.2", Text( static_cast<CFStringRef>( value ) ) );
+    EXPECT_EQ( 1, CFGetRetainCount( value ) );
+    EXPECT_THROW( GetDictionaryValue( dictionary.Get(), String( "Other" ).Get() ),
+        CFDictionaryGetValueIfPresentFailed );
+    for ( std::string_view const text : { "<array><string>a</string></array>", "<string>a</string>",
+              "<dict><key>a</key></dict>", "no list", "" } )
+    {
+        long const before = LiveAllocations();
+        EXPECT_THROW( DictionaryCreateFromXMLData( MakeCFData( text ).Get(), 2 ),
+            DictionaryCreateFromXMLDataFailed );
+        EXPECT_EQ( before, LiveAllocations() ) << text;
+    }
+}
+
+TEST( Dictionaries, OfABundleAreShared )
+{
+    TemporaryFolder const folder;
+    std::ofstream( folder.Path( "Info.plist" ) ) << kList;
+    CFBundleRef const bundle = CFBundleCreate( nullptr, URLOf( folder.Path() ).Get() );
+    ASSERT_NE( nullptr, bundle );
+    AutoCFDictionary const info = BundleGetInfoDictionary( bundle );
+    EXPECT_EQ( 2, CFGetRetainCount( info.Get() ) );
+    EXPECT_THROW( BundleGetLocalInfoDictionary( bundle ), CFBundleGetInfoDictionaryFailed );
+    std::filesystem::create_directory( folder.Path( "en.lproj" ) );
+    std::ofstream( folder.Path( "en.lproj/InfoPlist.strings" ) ) << kList;
+    CFBundleRef const translated = CFBundleCreate( nullptr, URLOf( folder.Path() ).Get() );
+    EXPECT_EQ( 2, CFGetRetainCount( BundleGetLocalInfoDictionary( translated ).Get() ) );
+    CFRelease( translated );
+    CFRelease( bundle );
+    EXPECT_EQ( 1, CFGetRetainCount( info.Get() ) );
+    EXPECT_THROW( BundleGetInfoDictionary( nullptr ), CFBundleGetInfoDictionaryFailed );
+}
+
+TEST( Strings, AreMadeFromEveryForm )
+{
+    CFStringEncoding const latin1 = kCFStringEncodingISOLatin1;
+    UniChar const units[] = { 'x', 0xe9 };
+    AutoCFString const made[] = { MakeCFString( units, 2 ), MakeCFString( "x\xe9", latin1 ),
+        MakeCFString( UStringRef<UTF8>( "x\xc3\xa9" ) ),
+        MakeCFString( ConstData( "x\xe9"s ), latin1 ), String( "x\xc3\xa9" ) };
+    for ( AutoCFString const& string : made )
+        EXPECT_EQ( "x\xc3\xa9", Text( string.Get() ) );
+    EXPECT_EQ( "a\0b"s, Text( String( "a\0b"s ).Get() ) );
+    EXPECT_EQ( "", Text( MakeCFString( UStringRef<UTF8>() ).Get() ) );
+    EXPECT_THROW( String( "\xff" ), CFStringCreateError );
+    EXPECT_THROW( MakeCFString( "a", kCFStringEncodingInvalidId ), CFStringCreateError );
+    EXPECT_THROW( MakeCFString( UStringRef<UTF8>( "\xc0\x80" ) ), CFStringCreateError );
+    EXPECT_THROW( MakeCFString( CFURLRef() ), CFStringCreateError );
+
+    AutoCFURL const url = URLOf( "/a" );
+    AutoCFString const text = MakeCFString( url.Get() );
+    EXPECT_EQ( CFURLGetString( url.Get() ), text.Get() );
+    EXPECT_EQ( 2, CFGetRetainCount( text.Get() ) );
+}
+
+TEST( Strings, AreWrittenUpToWhatTheEncodingLacks )
+{
+    AutoCFString const text = String( "a\xc3\xa9z" );
+    EXPECT_EQ( "a", MakeString( text.Get(), kCFStringEncodingASCII, 0 ) );
+    EXPECT_EQ( "a?z", MakeString( text.Get(), kCFStringEncodingASCII, '?' ) );
+    EXPECT_EQ( "", MakeString( text.Get(), kCFStringEncodingInvalidId, '?' ) );
+    AutoCFString const empty = EmptyCFString();
+    EXPECT_EQ( empty.Get(), EmptyCFString().Get() );
+    EXPECT_EQ( "", Text( empty.Get() ) );
+    EXPECT_EQ( 2, CFGetRetainCount( empty.Get() ) ) << "the process's own and this one";
+}
+
+TEST( URLs, AreMadeAndTakenApart )
+{
+    AutoCFURL const url = URLOf( "/a b/c" );
+    AutoCFString const d = String( "d" );
+    EXPECT_EQ( "file:///a%20b/c/", Text( url ) );
+    EXPECT_EQ( "file:///a%20b/c", Text( URLOf( "/a b/c", false ) ) );
+    EXPECT_EQ( "file:///a%20b/c/", Text( MakeURL( String( "file:///a%20b/c/" ).Get() ) ) );
+    EXPECT_EQ( "/a b/c", Text( FileSystemPath( url.Get(), kCFURLPOSIXPathStyle ).Get() ) );
+    EXPECT_EQ( "c", Text( CopyLastPathComponent( url.Get() ).Get() ) );
+    EXPECT_EQ( "file:///a%20b/", Text( CreateCopyDeletingLastPathComponent( url.Get() ) ) );
+    for ( bool const isFolder : { false, true } )
+    {
+        std::string const end = isFolder ? "d/" : "d";
+        EXPECT_EQ( "file:///a%20b/c/" + end,
+            Text( CreateCopyAppendingPathComponent( url.Get(), d.Get(), isFolder ) ) );
+        AutoCFURL const relative = MakeURLFromFileSystemPathRelativeToBase(
+            d.Get(), kCFURLPOSIXPathStyle, isFolder, url.Get() );
+        EXPECT_EQ( end, Text( relative ) );
+        EXPECT_FALSE( CFEqual( relative.Get(), URLOf( "d", isFolder ).Get() ) ) << "other base";
+    }
+}
+
+TEST( URLs, ThatCannotBeMadeAreErrorsNamedAfterTheCall )
+{
+    CFURLPathStyle const style = kCFURLPOSIXPathStyle;
+    AutoCFString const badOwner = String( "a \0b"s );
+    CFStringRef const bad = badOwner.Get();
+    AutoCFURL const url = URLOf( "/a" );
+    AutoCFURL const mail = MakeURL( String( "mailto:a" ).Get() );
+    EXPECT_THROW( MakeURL( bad ), CFURLCreateWithStringFailed );
+    EXPECT_THROW( MakeURL( FSRef() ), CFURLCreateFromFSRefFailed );
+    EXPECT_THROW(
+        MakeURLFromFileSystemPath( bad, style, true ), CFURLCreateWithFileSystemPathFailed );
+    EXPECT_THROW( MakeURLFromFileSystemPathRelativeToBase( bad, style, true, url.Get() ),
+        CFURLCreateWithFileSystemPathRelativeToBaseFailed );
+    EXPECT_THROW( CreateCopyAppendingPathComponent( url.Get(), bad, true ),
+        CFURLCreateCopyAppendingPathComponentFailed );
+    EXPECT_THROW( CreateCopyDeletingLastPathComponent( mail.Get() ),
+        CFURLCreateCopyDeletingLastPathComponentFailed );
+    EXPECT_THROW( CopyLastPathComponent( mail.Get() ), CFURLCopyLastPathComponentFailed );
+    EXPECT_THROW( FileSystemPath( mail.Get(), style ), CFURLCopyFileSystemPathFailed );
+}
+
+TEST( Items, AreFoundAndReadOrRefusedWithTheReportedCode )
+{
+    TemporaryFolder const folder;
+    std::ofstream( folder.Path( "a" ) ) << "text";
+    AutoCFURL const there = URLOf( folder.Path( "a" ) );
+    AutoCFURL const missing = URLOf( folder.Path( "b" ) );
+    FSRef const ref = MakeFSRef( there.Get() );
+    FSSpec spec;
+    ASSERT_EQ( 0, FSGetCatalogInfo( &ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr ) );
+    EXPECT_EQ( "file://" + folder.Path( "a" ), Text( MakeURL( ref ) ) );
+    EXPECT_EQ( "file://" + folder.Path( "a" ), Text( MakeURL( spec ) ) );
+    EXPECT_EQ( "text", Text( GetData( there.Get() ) ) );
+    EXPECT_THROW( MakeFSRef( missing.Get() ), CFURLGetFSRefFailed );
+    EXPECT_THROW( MakeFSRef( CFURLRef() ), CFURLGetFSRefFailed );
+    spec.name = folder.Path( "b" );
+    using namespace ::testing;
+    EXPECT_THAT( [&] { MakeURL( spec ); }, Throws<OSError>( Property( &OSError::GetCode, -43 ) ) );
+    EXPECT_THAT( [&] { GetData( missing.Get() ); },
+        Throws<CFURLErrorCode>(
+            Property( &CFURLErrorCode::GetCode, kCFURLResourceNotFoundError ) ) );
+}
