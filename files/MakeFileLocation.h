@@ -1,0 +1,22 @@
+#pragma once
+
+#include "encoding/Encodings.h"
+#include "encoding/UStringRef.h"
+#include "files/FileLocation.h"
+#include "foundation/ConstData.h"
+
+/// The location of a POSIX path in UTF-8. Nothing is checked about the item; a relative path counts
+/// from the directory current now, and the empty path means that directory. The location's URL has
+/// the directory form, with a trailing "/", whatever the path names.
+///
+/// Throws CFStringCreateError for a path that is no UTF-8, and CFURLCreateWithFileSystemPathFailed
+/// for one with a zero byte.
+FileLocation MakeFileLocation( char const* path );
+FileLocation MakeFileLocation( ConstData path );
+
+/// The same for a Unicode text, which goes through the locale's encoding first: what Transcoder
+/// throws comes in addition.
+FileLocation MakeFileLocation( UStringRef<UTF8> path );
+
+/// Whether the path begins with "/"; false for a null pointer.
+bool IsAbsolutePath( char const* path );

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "files/mac/FileLocation.h"
+#include "foundation/ConstData.h"
+
+namespace MacintoshPlatform
+{
+
+/// The location of the path in the `length` bytes at `path`, in a CFStringEncoding and a
+/// CFURLPathStyle. Its URL always has the directory form. Throws CFStringCreateError for bytes
+/// that are not valid in the encoding, and CFURLCreateWithFileSystemPathFailed for a path that has
+/// no URL.
+FileLocation MakeFileLocation(
+    char const* path, unsigned length, unsigned long encoding, long pathStyle );
+
+/// The same for a POSIX path in UTF-8.
+FileLocation MakeFileLocation( ConstData path );
+
+} // namespace MacintoshPlatform
