@@ -1,0 +1,8 @@
+#include "app/LocalizedString.h"
+
+#include <QCoreApplication>
+
+QString LocalizedString( char const* key )
+{
+    return QCoreApplication::translate( "ControlPanel", key );
+}

@@ -1,0 +1,43 @@
+#include "app/ScriptRunner.h"
+
+#include "app/CommandWait.h"
+#include "platform/AutoCFString.h"
+#include "platform/AutoCFURL.h"
+#include "platform/CFStrings.h"
+#include "platform/CFURLs.h"
+
+#include <CoreFoundation/CFBundle.h>
+
+#include <string>
+
+namespace
+{
+
+std::string PathForResource( char const* name, char const* type )
+{
+    AutoCFString const resourceName = MakeCFString( name, kCFStringEncodingUTF8 );
+    AutoCFString const resourceType = MakeCFString( type, kCFStringEncodingUTF8 );
+    AutoCFURL const url( CFBundleCopyResourceURL(
+        CFBundleGetMainBundle(), resourceName.Get(), resourceType.Get(), nullptr ) );
+    if ( url.Get() == nullptr )
+    {
+        return "(null)";
+    }
+    AutoCFString const path = FileSystemPath( url.Get(), kCFURLPOSIXPathStyle );
+    return MakeString( path.Get(), kCFStringEncodingUTF8, 0 );
+}
+
+} // namespace
+
+bool executeScriptSudo( char const* argument )
+{
+    try
+    {
+        std::string const path = PathForResource( "WUXAgentControlPanel", "sh" );
+        return RunWhileWindowWaits( path + ' ' + argument );
+    }
+    catch ( ... )
+    {
+        return false;
+    }
+}
