@@ -1,6 +1,5 @@
 #include "files/FileIOError.h"
 #include "files/FileErrors.h"
-#include "files/FileNameErrors.h"
 #include "files/mac/FileErrors.h"
 #include "tests/support/AllocationFailure.h"
 
@@ -8,62 +7,31 @@
 
 #include <exception>
 #include <string>
-#include <type_traits>
+#include <utility>
 
 namespace
 {
 
 using namespace std::literals;
 
-// Whether the classes derive from `Base` and add nothing.
-template<typename Base, typename... Tags>
-constexpr bool
-    AreTagsOf = ( ( std::is_base_of_v<Base, Tags> && sizeof( Tags ) == sizeof( Base ) ) && ... );
-
-static_assert( sizeof( FileIOError ) == 2 * sizeof( void* ) );
-static_assert( AreTagsOf<FileIOError, FileExists, DirectoryExists, FileFoundError,
-    FileNotFoundError, DirectoryNotFoundError, DirectoryNotEmpty, FileCreateFailed,
-    DirectoryCreateFailed, FileDeleteFailed, DirectoryDeleteFailed, FileCopyFailed, FileMoveFailed,
-    FileNotOpenError, FileBusyError, FileLockError, FileItemError, FilePermissionError,
-    DiskFullError, EndOfFileError, RootHasNoParent, EmptyFileLocationError,
-    CreateUniqueFileLocationFailed, MacintoshPlatform::FullPathFailed,
-    MacintoshPlatform::InvalidParentURL, MacintoshPlatform::CannotCreateSpecialFolder> );
-static_assert( AreTagsOf<DebuggableException, IllegalFileName, IllegalFileNameLength,
-    BadFileNameError, PrefixDoesNotMatch, ExtensionDoesNotMatch, FileReadingLoopEndOfFileError> );
-static_assert(
-    std::is_empty_v<FSIteratorCreateError> && std::is_empty_v<MacintoshPlatform::FileLoopFailed> );
-
 } // namespace
 
 TEST( FileIOErrorMessage, NamesTypeFilesAndCode )
 {
-    struct
-    {
-        FileNotFoundError error;
-        char const* message;
-    } const rows[] = { { FileNotFoundError(), "" },
+    std::pair<FileNotFoundError, std::string> const rows[] = { { FileNotFoundError(), "" },
         { FileNotFoundError( -43 ), ": Unknown error: 4294967253" },
         { FileNotFoundError( "/tmp/a"sv, -43 ), " on \"/tmp/a\": Unknown error: 4294967253" },
         { FileNotFoundError( "a"sv, "b"sv, 1 ), " on \"a\" and \"b\": Unknown error: 1" },
         { FileNotFoundError( ""sv, "b"sv, 0 ), " and \"b\"" } };
-
-    for ( auto const& row : rows )
+    for ( auto const& [error, message] : rows )
     {
-        std::string const message = "File error \"17FileNotFoundError\""s + row.message;
-        EXPECT_EQ( message, row.error.MakeErrorMessage() );
-        std::exception const& base = row.error;
-        EXPECT_EQ( message, base.what() );
+        EXPECT_EQ( "File error \"17FileNotFoundError\"" + message, error.MakeErrorMessage() );
+        std::exception const& base = error;
+        EXPECT_EQ( error.MakeErrorMessage(), base.what() );
     }
     EXPECT_STREQ( "File error \"N17MacintoshPlatform14FullPathFailedE\"",
         MacintoshPlatform::FullPathFailed().what() );
     EXPECT_EQ( "Unknown error: 0", MakeErrorString( 0 ) );
-}
-
-TEST( FileIOErrorMessage, GivesWayToTheTypeNameWhenMemoryRunsOut )
-{
-    FilePermissionError const error( "a name"sv, -5000 );
-    AllocationFailure const failure( 1 );
-    EXPECT_STREQ( "19FilePermissionError", error.what() );
 }
 
 TEST( FileIOError, CopiesCodeAndNamesDeeplyButNotTheMessage )
@@ -83,7 +51,7 @@ TEST( FileIOError, CopiesCodeAndNamesDeeplyButNotTheMessage )
     EXPECT_EQ( -47, assigned.GetCode() );
 }
 
-TEST( FileIOError, LeaksNothingWhenItCannotBeMade )
+TEST( FileIOError, LeaksNothingWhenItCannotBeMadeAndThenHasItsTypeNameOnly )
 {
     std::string const text( 100, 'n' );
     EXPECT_LT( 2, FailEachAllocation(
@@ -92,4 +60,7 @@ TEST( FileIOError, LeaksNothingWhenItCannotBeMade )
                           FileIOError const error( name, name, 1 );
                           FileIOError const copy( error );
                       } ) );
+    FilePermissionError const error( "a name"sv, -5000 );
+    AllocationFailure const failure( 1 );
+    EXPECT_STREQ( "19FilePermissionError", error.what() );
 }

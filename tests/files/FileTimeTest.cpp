@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -30,45 +31,28 @@ std::int64_t InstantOf( std::uint64_t time )
 
 TEST( FileTime, OfAnInstantIsTruncated )
 {
-    struct
-    {
-        char const* name;
-        std::int64_t instant;
-        std::uint64_t time;
-    } const rows[] = { { "1970", 0, 2'082'844'800ull << 16 },
-        { "one microsecond", 1, 0x7c25b0800000 }, { "just before one unit", 15, 0x7c25b0800000 },
-        { "one unit", 16, 0x7c25b0800001 }, { "half a second", 500'000, 0x7c25b0808000 },
-        { "2023", 1'700'000'000'123'456, 247'912'516'820'890 }, { "1904", kEpoch, 0 },
-        { "after 1904", kEpoch + 16, 1 },
-        { "last exact one", 6'924'354'454'740'991, 590'295'810'358'705 },
-        { "first inexact one", 6'924'354'454'740'992, 590'295'810'358'704 },
-        { "before 1904", kEpoch - 1, 0x431bde82d7b63 },
-        { "the last instant", std::numeric_limits<std::int64_t>::max(), 0x863f7f60b76c400 },
-        { "the first instant", std::numeric_limits<std::int64_t>::min(), 0x863f7f60b76c400 } };
-
-    for ( auto const& row : rows )
-        EXPECT_EQ( row.time, TimeOf( row.instant ) ) << row.name;
+    std::pair<std::int64_t, std::uint64_t> const rows[] = { { 0, 2'082'844'800ull << 16 },
+        { 1, 0x7c25b0800000 }, { 15, 0x7c25b0800000 }, { 16, 0x7c25b0800001 },
+        { 500'000, 0x7c25b0808000 }, { 1'700'000'000'123'456, 247'912'516'820'890 }, { kEpoch, 0 },
+        { kEpoch + 16, 1 }, { 6'924'354'454'740'991, 590'295'810'358'705 },
+        { 6'924'354'454'740'992, 590'295'810'358'704 }, { kEpoch - 1, 0x431bde82d7b63 },
+        { std::numeric_limits<std::int64_t>::max(), 0x863f7f60b76c400 },
+        { std::numeric_limits<std::int64_t>::min(), 0x863f7f60b76c400 } };
+    for ( auto const& [instant, time] : rows )
+        EXPECT_EQ( time, TimeOf( instant ) ) << instant;
 }
 
 TEST( FileTime, BecomesAnInstantRoundedToward1904 )
 {
-    struct
-    {
-        char const* name;
-        std::uint64_t time;
-        std::int64_t instant;
-    } const rows[] = { { "1904", 0, kEpoch }, { "one unit", 1, kEpoch + 15 },
-        { "1970", 0x7c25b0800000, 0 }, { "1970 and one unit", 0x7c25b0800001, 15 },
-        { "2023 and a half second", 0xe179a1808000, 1'700'000'000'500'000 },
-        { "a far year", 0x10000000000000, 66'636'631'936'000'000 },
-        { "one unit before 1904", 0xffffffffffffffff, kEpoch - 15 },
-        { "one second before 1904", 0xffffffffffff0000, kEpoch - 1'000'000 },
-        { "beyond 64 bits of microseconds", 0x1000000000000000, -856'640'874'093'551'616 },
-        { "the last time", 0x7fffffffffffffff, -6'838'547'079'148'428'553 },
-        { "the first time", 0x8000000000000000, 6'834'381'389'548'412'928 } };
-
-    for ( auto const& row : rows )
-        EXPECT_EQ( row.instant, InstantOf( row.time ) ) << row.name;
+    std::pair<std::uint64_t, std::int64_t> const rows[] = { { 0, kEpoch }, { 1, kEpoch + 15 },
+        { 0x7c25b0800000, 0 }, { 0x7c25b0800001, 15 }, { 0xe179a1808000, 1'700'000'000'500'000 },
+        { 0x10000000000000, 66'636'631'936'000'000 }, { 0xffffffffffffffff, kEpoch - 15 },
+        { 0xffffffffffff0000, kEpoch - 1'000'000 },
+        { 0x1000000000000000, -856'640'874'093'551'616 },
+        { 0x7fffffffffffffff, -6'838'547'079'148'428'553 },
+        { 0x8000000000000000, 6'834'381'389'548'412'928 } };
+    for ( auto const& [time, instant] : rows )
+        EXPECT_EQ( instant, InstantOf( time ) ) << time;
     for ( std::int64_t instant = kEpoch; instant < 3'500'000'000'000'000;
           instant += 1'234'567'890'123 )
     {

@@ -47,8 +47,8 @@ void Write( std::string const& path, std::string const& content )
 std::string Resource(
     CFBundleRef bundle, char const* name, char const* type, char const* folder = nullptr )
 {
-    Held<CFStringRef> const folderName = folder != nullptr ? String( folder ) : nullptr;
     Held<CFStringRef> const typeName = type != nullptr ? String( type ) : nullptr;
+    Held<CFStringRef> const folderName = folder != nullptr ? String( folder ) : nullptr;
     Held<CFURLRef> const url(
         CFBundleCopyResourceURL( bundle, String( name ).get(), typeName.get(), folderName.get() ) );
     return url ? Unescape( url->parts.path ) : "(null)";
@@ -98,16 +98,21 @@ TEST( Bundle, LooksForResourcesInItsFolderFirstAndForLocalOnesInItsLanguageFolde
     TemporaryFolder const folder;
     Bundle const bundle = BundleAt( folder.Path() );
     EXPECT_EQ( "(null)", Resource( bundle.get(), "a", "sh" ) );
-    for ( char const* path : { "en.lproj/a.sh", "a.sh" } )
+
+    struct
     {
-        Write( folder.Path( path ), "" );
-        EXPECT_EQ( folder.Path( path ), Resource( bundle.get(), "a", "sh" ) );
+        std::string path;
+        char const *name, *type, *folder;
+    } const rows[] = { { "en.lproj/a.sh", "a", "sh", nullptr }, { "a.sh", "a", "sh", nullptr },
+        { "a.sh", "a.sh", nullptr, nullptr }, { "en.lproj/in here/a.sh", "a", "sh", "in here" } };
+
+    for ( auto const& row : rows )
+    {
+        Write( folder.Path( row.path ), "" );
+        EXPECT_EQ(
+            folder.Path( row.path ), Resource( bundle.get(), row.name, row.type, row.folder ) );
     }
-    EXPECT_EQ( folder.Path( "a.sh" ), Resource( bundle.get(), "a.sh", nullptr ) );
-    EXPECT_EQ( "(null)", Resource( bundle.get(), "a", "sh", "in here" ) );
-    std::string const inFolder = folder.Path( "en.lproj/in here/a.sh" );
-    Write( inFolder, "" );
-    EXPECT_EQ( inFolder, Resource( bundle.get(), "a", "sh", "in here" ) );
+    EXPECT_EQ( "(null)", Resource( bundle.get(), "a", "sh", "elsewhere" ) );
     EXPECT_EQ( folder.Path( "en.lproj/" ), Resource( bundle.get(), "en", "lproj", "" ) );
 
     Write( folder.Path( "InfoPlist.strings" ), kList );
@@ -121,16 +126,14 @@ TEST( Bundle, LooksIntoTheFoldersOfTheUsersLanguageBeforeTheEnglishOne )
 {
     TemporaryFolder const folder;
     Bundle const bundle = BundleAt( folder.Path() );
-    char const* const rows[][2] = { { "C", "en" }, { "C.UTF-8", "en" }, { "POSIX", "en" },
-        { "fr_FR", "en" }, { "../x", "en" }, { "de_CH.UTF-8", "de" }, { "de@euro", "de" },
-        { "de_AT.UTF-8", "de_AT" } };
     for ( std::string const name : { "en", "de", "de_AT", "C", "../x", "POSIX" } )
         Write( folder.Path( name + ".lproj/a" ), "" );
-    for ( auto const& [locale, language] : rows )
+    for ( auto const& [locale, language] : { std::pair( "C.UTF-8", "en" ), { "POSIX", "en" },
+              { "fr_FR", "en" }, { "../x", "en" }, { "de_CH.UTF-8", "de" }, { "de@euro", "de" },
+              { "de_AT.UTF-8", "de_AT" }, { "C", "en" } } )
     {
         std::strncpy( gLocale, locale, sizeof gLocale - 1 );
         EXPECT_EQ( folder.Path( language ) + ".lproj/a", Resource( bundle.get(), "a", "" ) )
             << locale;
     }
-    std::strncpy( gLocale, "C", sizeof gLocale - 1 );
 }

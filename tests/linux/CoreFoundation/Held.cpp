@@ -8,6 +8,7 @@
 #include <CoreFoundation/CFPropertyList.h>
 #include <CoreFoundation/CFString.h>
 
+#include <cmath>
 #include <iomanip>
 #include <set>
 #include <sstream>
@@ -38,37 +39,30 @@ Held<CFTypeRef> Parsed( std::string_view text, CFOptionFlags option )
         CFPropertyListCreateFromXMLData( kCFAllocatorDefault, data.get(), option, nullptr ) );
 }
 
-namespace
-{
-
-std::string DescribeString( CFStringRef string )
+std::string Text( CFStringRef string )
 {
     CFRange const all = CFRangeMake( 0, CFStringGetLength( string ) );
     std::string bytes( 3 * static_cast<std::size_t>( all.length ), '\0' );
     CFIndex length = 0;
     CFStringGetBytes( string, all, kCFStringEncodingUTF8, 0, false,
         reinterpret_cast<UInt8*>( bytes.data() ), 3 * all.length, &length );
-    return '"' + bytes.substr( 0, static_cast<std::size_t>( length ) ) + '"';
+    return bytes.substr( 0, static_cast<std::size_t>( length ) );
 }
+
+namespace
+{
 
 std::string DescribeNumber( CFNumberRef number )
 {
     std::ostringstream out;
     SInt64 integer = 0;
     double real = 0;
-    if ( CFNumberGetType( number ) == kCFNumberFloat64Type )
-    {
-        CFNumberGetValue( number, kCFNumberFloat64Type, &real );
-        out << 'r' << real;
-    }
-    else if ( CFNumberGetValue( number, kCFNumberSInt64Type, &integer ) )
-    {
-        out << 'i' << integer;
-    }
-    else
-    {
-        out << 'i' << static_cast<UInt64>( integer );
-    }
+    if ( CFNumberGetType( number ) != kCFNumberFloat64Type )
+        return CFNumberGetValue( number, kCFNumberSInt64Type, &integer )
+                   ? "i" + std::to_string( integer )
+                   : "i" + std::to_string( static_cast<UInt64>( integer ) );
+    CFNumberGetValue( number, kCFNumberFloat64Type, &real );
+    out << 'r' << real;
     return out.str();
 }
 
@@ -76,22 +70,8 @@ std::string DescribeData( CFDataRef data )
 {
     std::ostringstream out;
     for ( CFIndex i = 0; i < CFDataGetLength( data ); ++i )
-    {
         out << std::hex << std::setw( 2 ) << std::setfill( '0' ) << +CFDataGetBytePtr( data )[i];
-    }
     return '<' + out.str() + '>';
-}
-
-// Entries with commas between them.
-template<class Entries>
-std::string Joined( Entries const& entries )
-{
-    std::string text;
-    for ( std::string const& entry : entries )
-    {
-        text += ( text.empty() ? "" : "," ) + entry;
-    }
-    return text;
 }
 
 std::string DescribeDictionary( CFDictionaryRef dictionary )
@@ -102,20 +82,19 @@ std::string DescribeDictionary( CFDictionaryRef dictionary )
     CFDictionaryGetKeysAndValues( dictionary, keys.data(), values.data() );
     std::set<std::string> entries;
     for ( std::size_t i = 0; i < count; ++i )
-    {
         entries.insert( Describe( keys[i] ) + "=" + Describe( values[i] ) );
-    }
-    return "{" + Joined( entries ) + "}";
+    std::string text;
+    for ( std::string const& entry : entries )
+        text += ( text.empty() ? "" : "," ) + entry;
+    return "{" + text + "}";
 }
 
 std::string DescribeArray( CFArrayRef array )
 {
-    std::vector<std::string> entries;
+    std::string text;
     for ( CFIndex i = 0; i < CFArrayGetCount( array ); ++i )
-    {
-        entries.push_back( Describe( CFArrayGetValueAtIndex( array, i ) ) );
-    }
-    return "[" + Joined( entries ) + "]";
+        text += ( i == 0 ? "" : "," ) + Describe( CFArrayGetValueAtIndex( array, i ) );
+    return "[" + text + "]";
 }
 
 } // namespace
@@ -123,32 +102,19 @@ std::string DescribeArray( CFArrayRef array )
 std::string Describe( CFTypeRef object )
 {
     if ( object == nullptr )
-    {
         return "null";
-    }
     CFTypeID const type = CFGetTypeID( object );
     if ( type == CFStringGetTypeID() )
-    {
-        return DescribeString( static_cast<CFStringRef>( object ) );
-    }
+        return '"' + Text( As<CFStringRef>( object ) ) + '"';
     if ( type == CFNumberGetTypeID() )
-    {
-        return DescribeNumber( static_cast<CFNumberRef>( object ) );
-    }
+        return DescribeNumber( As<CFNumberRef>( object ) );
     if ( type == CFBooleanGetTypeID() )
-    {
-        return CFBooleanGetValue( static_cast<CFBooleanRef>( object ) ) ? "true" : "false";
-    }
+        return CFBooleanGetValue( As<CFBooleanRef>( object ) ) ? "true" : "false";
     if ( type == CFDateGetTypeID() )
-    {
-        auto const time = CFDateGetAbsoluteTime( static_cast<CFDateRef>( object ) );
-        return "@" + std::to_string( static_cast<long>( time ) );
-    }
+        return "@" +
+               std::to_string( std::lround( CFDateGetAbsoluteTime( As<CFDateRef>( object ) ) ) );
     if ( type == CFDataGetTypeID() )
-    {
-        return DescribeData( static_cast<CFDataRef>( object ) );
-    }
-    return type == CFArrayGetTypeID()
-               ? DescribeArray( static_cast<CFArrayRef>( object ) )
-               : DescribeDictionary( static_cast<CFDictionaryRef>( object ) );
+        return DescribeData( As<CFDataRef>( object ) );
+    return type == CFArrayGetTypeID() ? DescribeArray( As<CFArrayRef>( object ) )
+                                      : DescribeDictionary( As<CFDictionaryRef>( object ) );
 }

@@ -18,8 +18,18 @@ struct CallCFRelease
 template<class Reference>
 using Held = std::unique_ptr<std::remove_pointer_t<Reference>, CallCFRelease>;
 
+/// The object as one of its own type, which may be that of a mutable object.
+template<class Reference>
+Reference As( CFTypeRef object )
+{
+    return static_cast<Reference>( const_cast<void*>( object ) );
+}
+
 /// A string of UTF-8 text.
 Held<CFStringRef> String( std::string_view text );
+
+/// A string as UTF-8 text.
+std::string Text( CFStringRef string );
 
 Held<CFDataRef> Data( std::string_view bytes );
 

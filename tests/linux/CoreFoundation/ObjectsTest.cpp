@@ -37,7 +37,7 @@ std::string Read( CFNumberRef number, std::vector<CFNumberType> const& types )
 std::string ReadAsEachType( std::string const& element )
 {
     Held<CFTypeRef> const held = Parsed( element );
-    auto const number = static_cast<CFNumberRef>( held.get() );
+    auto const number = As<CFNumberRef>( held.get() );
     return Read<SInt8>( number, { kCFNumberSInt8Type, kCFNumberCharType } ) +
            Read<SInt16>( number, { kCFNumberSInt16Type, kCFNumberShortType } ) +
            Read<SInt32>( number, { kCFNumberSInt32Type, kCFNumberIntType } ) +
@@ -51,9 +51,7 @@ std::string ReadAsEachType( std::string const& element )
 TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
 {
     std::pair<std::string, std::string> const rows[] = {
-        { Element( "integer", "-128" ), " -128 -128 -128 -128 -128 -128" },
         { Element( "integer", "0x12345" ), " ~69 ~9029 74565 74565 74565 74565" },
-        { Element( "integer", "0x100000001" ), " ~1 ~1 ~1 4294967297 ~4294967296 4294967297" },
         { Element( "integer", "0x20000000000001" ),
             " ~1 ~1 ~1 9007199254740993 ~9007199254740992 ~9007199254740992" },
         { Element( "integer", "-0x8000000000000000" ),
@@ -62,7 +60,6 @@ TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
             " ~-1 ~-1 ~-1 ~-1 ~1.8446744073709552e+19 ~1.8446744073709552e+19" },
         { Element( "real", "-3.5" ), " ~-3 ~-3 ~-3 ~-3 -3.5 -3.5" },
         { Element( "real", "0.1" ), " ~0 ~0 ~0 ~0 ~0.10000000149011612 0.10000000000000001" },
-        { Element( "real", "127.9375" ), " ~127 ~127 ~127 ~127 127.9375 127.9375" },
         { Element( "real", "128" ), " ~127 128 128 128 128 128" },
         { Element( "real", "-128" ), " -128 -128 -128 -128 -128 -128" },
         { Element( "real", "-1e300" ), " ~-128 ~-32768 ~-2147483648 ~-9223372036854775808 ~-inf"
@@ -73,15 +70,12 @@ TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
         { Element( "real", "nan" ), " ~0 ~0 ~0 ~0 nan nan" } };
 
     for ( auto const& [element, values] : rows )
-    {
         EXPECT_EQ( ReadAsEachType( element ), values + " ~0" ) << element;
-    }
 }
 
 TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
 {
-    using Pairs = std::pair<char const*, char const*>;
-    Pairs const equal[] = { { "<integer>1</integer>", "<real>1.0</real>" },
+    char const* const equal[][2] = { { "<integer>1</integer>", "<real>1.0</real>" },
         { "<integer>0</integer>", "<real>-0.0</real>" },
         { "<real>18446744073709551616</real>", "<real>0.18446744073709551616e20</real>" },
         { "<real>nan</real>", "<real>NaN</real>" }, { "<true/>", "<true></true>" },
@@ -91,39 +85,29 @@ TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
         { "<array><true/><string/></array>", "<array><true/><string></string></array>" },
         { "<dict><key>a</key><integer>2</integer><key>b</key><true/></dict>",
             "<dict><key>b</key><true/><key>a</key><real>2</real></dict>" } };
-    Pairs const different[] = { { "<integer>1</integer>", "<real>1.5</real>" },
-        { "<integer>1</integer>", "<true/>" },
-        { "<integer>9007199254740993</integer>", "<real>9007199254740992</real>" },
-        { "<integer>9223372036854775807</integer>", "<real>9223372036854775808</real>" },
-        { "<integer>18446744073709551615</integer>", "<real>18446744073709551616</real>" },
-        { "<integer>18446744073709551615</integer>", "<integer>-1</integer>" },
-        { "<real>nan</real>", "<real>0.5</real>" }, { "<real>inf</real>", "<real>-inf</real>" },
-        { "<true/>", "<false/>" }, { "<string>&#xE9;</string>", "<string>e&#x301;</string>" },
-        { "<string></string>", "<data></data>" }, { "<data>AAEC</data>", "<data>AAED</data>" },
-        { "<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:01Z</date>" },
-        { "<array><true/><string/></array>", "<array><string/><true/></array>" },
-        { "<array><true/></array>", "<array><true/><true/></array>" },
-        { "<dict><key>a</key><true/></dict>", "<dict><key>a</key><false/></dict>" },
-        { "<dict><key>a</key><true/></dict>", "<dict><key>b</key><true/></dict>" },
-        { "<dict/>", "<dict><key>b</key><true/></dict>" } };
+    // Each differs from all others.
+    char const* const different[] = { "<integer>1</integer>", "<real>1.5</real>", "<true/>",
+        "<false/>", "<integer>9007199254740993</integer>", "<real>9007199254740992</real>",
+        "<integer>9223372036854775807</integer>", "<real>9223372036854775808</real>",
+        "<integer>18446744073709551615</integer>", "<real>18446744073709551616</real>",
+        "<integer>-1</integer>", "<real>nan</real>", "<real>inf</real>", "<real>-inf</real>",
+        "<string>&#xE9;</string>", "<string>e&#x301;</string>", "<string></string>",
+        "<data></data>", "<data>AAEC</data>", "<data>AAED</data>",
+        "<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:01Z</date>",
+        "<array><true/><string/></array>", "<array><string/><true/></array>",
+        "<array><true/></array>", "<array><true/><true/></array>", "<dict/>",
+        "<dict><key>a</key><true/></dict>", "<dict><key>a</key><false/></dict>",
+        "<dict><key>b</key><true/></dict>" };
     for ( auto const& [a, b] : equal )
     {
-        EXPECT_TRUE( CFEqual( Parsed( a ).get(), Parsed( b ).get() ) ) << a << b;
-        EXPECT_TRUE( CFEqual( Parsed( b ).get(), Parsed( a ).get() ) ) << a << b;
-        EXPECT_EQ( CFHash( Parsed( a ).get() ), CFHash( Parsed( b ).get() ) ) << a << b;
+        Held<CFTypeRef> const one = Parsed( a );
+        Held<CFTypeRef> const other = Parsed( b );
+        EXPECT_TRUE( CFEqual( one.get(), other.get() ) && CFEqual( other.get(), one.get() ) ) << a;
+        EXPECT_EQ( CFHash( one.get() ), CFHash( other.get() ) ) << a;
     }
-    for ( auto const& [a, b] : different )
-    {
-        EXPECT_FALSE( CFEqual( Parsed( a ).get(), Parsed( b ).get() ) ) << a << b;
-        EXPECT_FALSE( CFEqual( Parsed( b ).get(), Parsed( a ).get() ) ) << a << b;
-    }
-}
-
-TEST( Objects, OfEachTypeHaveAnIdentifierOfTheirOwn )
-{
-    std::set<CFTypeID> const types = { CFStringGetTypeID(), CFDataGetTypeID(), CFArrayGetTypeID(),
-        CFDictionaryGetTypeID(), CFNumberGetTypeID(), CFBooleanGetTypeID(), CFDateGetTypeID() };
-    EXPECT_EQ( types.size(), 7U );
+    for ( char const* a : different )
+        for ( char const* b : different )
+            EXPECT_EQ( a == b, CFEqual( Parsed( a ).get(), Parsed( b ).get() ) != 0 ) << a << b;
 }
 
 TEST( Data, IsACopyOfItsBytes )
@@ -134,22 +118,8 @@ TEST( Data, IsACopyOfItsBytes )
     UInt8 part[2] = {};
     CFDataGetBytes( data.get(), CFRangeMake( 1, 2 ), part );
     EXPECT_EQ( std::string( part, part + 2 ), "bc" );
-    EXPECT_EQ( CFDataGetLength( Data( "" ).get() ), 0 );
     EXPECT_EQ( CFDataCreate( nullptr, part, -1 ), nullptr );
     EXPECT_EQ( CFDataCreate( nullptr, nullptr, 1 ), nullptr );
-}
-
-TEST( Array, RetainsWhatIsAppended )
-{
-    Held<CFTypeRef> array = Parsed( "<array><true/></array>" );
-    auto const changing = static_cast<CFMutableArrayRef>( const_cast<void*>( array.get() ) );
-    Held<CFStringRef> const element = String( "a" );
-    CFArrayAppendValue( changing, element.get() );
-    EXPECT_EQ( CFGetRetainCount( element.get() ), 2 );
-    EXPECT_EQ( CFArrayGetValueAtIndex( changing, 1 ), element.get() );
-    EXPECT_EQ( Describe( array.get() ), R"([true,"a"])" );
-    array.reset();
-    EXPECT_EQ( CFGetRetainCount( element.get() ), 1 );
 }
 
 Held<CFDictionaryRef> Dictionary( std::vector<void const*> keys, std::vector<void const*> values )
@@ -159,88 +129,77 @@ Held<CFDictionaryRef> Dictionary( std::vector<void const*> keys, std::vector<voi
         &kCFTypeDictionaryValueCallBacks ) );
 }
 
-TEST( Dictionary, FindsValuesByEqualKeysAndLendsThem )
+TEST( Containers, RetainWhatTheyHoldUntilTheyGo )
 {
-    Held<CFStringRef> const key = String( "key" );
-    Held<CFStringRef> const absent = String( "Key" );
-    Held<CFStringRef> const value = String( "value" );
-    Held<CFDictionaryRef> dictionary = Dictionary( { key.get() }, { value.get() } );
-    void const* found = nullptr;
-    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), String( "key" ).get(), &found ) );
-    EXPECT_EQ( found, value.get() );
-    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), key.get(), nullptr ) );
-    EXPECT_EQ( CFDictionaryGetValue( dictionary.get(), absent.get() ), nullptr );
-    found = &found;
-    EXPECT_FALSE( CFDictionaryGetValueIfPresent( dictionary.get(), absent.get(), &found ) );
-    EXPECT_EQ( found, &found );
-    EXPECT_EQ( CFGetRetainCount( key.get() ) + CFGetRetainCount( value.get() ), 4 );
+    Held<CFTypeRef> array = Parsed( "<array><true/></array>" );
+    Held<CFStringRef> const value = String( "a" );
+    auto const references = [&value] { return CFGetRetainCount( value.get() ); };
+    CFArrayAppendValue( As<CFMutableArrayRef>( array.get() ), value.get() );
+    EXPECT_EQ( Describe( array.get() ), R"([true,"a"])" );
+    EXPECT_EQ( references(), 2 );
+    Held<CFDictionaryRef> dictionary = Dictionary( { value.get() }, { value.get() } );
+    EXPECT_EQ( references(), 4 );
     dictionary.reset();
-    EXPECT_EQ( CFGetRetainCount( key.get() ) + CFGetRetainCount( value.get() ), 2 );
+    EXPECT_EQ( references(), 2 );
+    array.reset();
+    EXPECT_EQ( references(), 1 );
 }
 
-TEST( Dictionary, OfEqualKeysTheFirstStaysWithTheLastValue )
+TEST( Dictionary, FindsValuesByEqualKeysOfWhichTheFirstStaysWithTheLastValue )
 {
     Held<CFStringRef> const first = String( "k" );
     Held<CFStringRef> const second = String( "k" );
-    Held<CFStringRef> const value = String( "v" );
+    Held<CFStringRef> const absent = String( "K" );
     Held<CFDictionaryRef> const dictionary =
-        Dictionary( { first.get(), second.get() }, { value.get(), kCFBooleanTrue } );
-    EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=true})" );
-    auto const changing = const_cast<CFMutableDictionaryRef>( dictionary.get() );
+        Dictionary( { first.get(), second.get() }, { absent.get(), kCFBooleanTrue } );
+    void const* found = nullptr;
+    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), second.get(), &found ) );
+    EXPECT_EQ( found, kCFBooleanTrue );
+    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), first.get(), nullptr ) );
+    EXPECT_EQ( CFDictionaryGetValue( dictionary.get(), absent.get() ), nullptr );
+    EXPECT_FALSE( CFDictionaryGetValueIfPresent( dictionary.get(), absent.get(), &found ) );
+    EXPECT_EQ( found, kCFBooleanTrue );
+    auto const changing = As<CFMutableDictionaryRef>( dictionary.get() );
     CFDictionarySetValue( changing, second.get(), kCFBooleanFalse );
     EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=false})" );
     EXPECT_EQ( CFGetRetainCount( first.get() ), 2 );
     EXPECT_EQ( CFGetRetainCount( second.get() ), 1 );
-    EXPECT_EQ( CFGetRetainCount( value.get() ), 1 );
+    EXPECT_EQ( CFGetRetainCount( absent.get() ), 1 );
 }
 
 TEST( Dictionary, RefusesForeignCallBacksAndNegativeCounts )
 {
-    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, 0, nullptr, nullptr ), nullptr );
-    EXPECT_EQ(
-        CFDictionaryCreateMutable( nullptr, 0, &kCFTypeDictionaryKeyCallBacks, nullptr ), nullptr );
-    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, -1, &kCFTypeDictionaryKeyCallBacks,
-                   &kCFTypeDictionaryValueCallBacks ),
-        nullptr );
+    auto const* const keys = &kCFTypeDictionaryKeyCallBacks;
+    auto const* const values = &kCFTypeDictionaryValueCallBacks;
+    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, 0, nullptr, values ), nullptr );
+    EXPECT_EQ( CFDictionaryCreateMutable( nullptr, 0, keys, nullptr ), nullptr );
+    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, -1, keys, values ), nullptr );
 }
 
-TEST( References, ConstantsIgnoreReleases )
-{
-    CFRelease( kCFBooleanTrue );
-    CFRelease( kCFBooleanTrue );
-    EXPECT_TRUE( CFBooleanGetValue( kCFBooleanTrue ) );
-    EXPECT_FALSE( CFBooleanGetValue( kCFBooleanFalse ) );
-}
-
-TEST( References, AreCountedAcrossThreads )
+TEST( References, AreCountedAcrossThreadsButNotThoseToConstants )
 {
     Held<CFStringRef> const string = String( "shared" );
-    EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
     std::vector<std::thread> threads;
     for ( int i = 0; i < 4; ++i )
-    {
         threads.emplace_back(
             [&string]
             {
                 for ( int j = 0; j < 10000; ++j )
-                {
                     CFRelease( CFRetain( string.get() ) );
-                }
             } );
-    }
     for ( std::thread& thread : threads )
-    {
         thread.join();
-    }
     EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
+    for ( int i = 0; i < 3; ++i )
+        CFRelease( kCFBooleanTrue );
+    EXPECT_TRUE( CFBooleanGetValue( kCFBooleanTrue ) );
 }
 
 TEST( ReferencesDeathTest, BrokenContractsTrap )
 {
     Held<CFStringRef> const string = String( "abc" );
     Held<CFDataRef> const data = Data( "abc" );
-    Held<CFTypeRef> const list = Parsed( "<array><true/></array>" );
-    auto const array = static_cast<CFArrayRef>( list.get() );
+    Held<CFTypeRef> const array = Parsed( "<array><true/></array>" );
     UniChar units[8];
     UInt8 bytes[8];
 
@@ -253,7 +212,7 @@ TEST( ReferencesDeathTest, BrokenContractsTrap )
     EXPECT_DEATH( CFStringGetCharacters( string.get(), CFRangeMake( 2, 2 ), units ), "" );
     EXPECT_DEATH( CFStringGetCharacters( string.get(), CFRangeMake( -1, 1 ), units ), "" );
     EXPECT_DEATH( CFDataGetBytes( data.get(), CFRangeMake( 2, 2 ), bytes ), "" );
-    EXPECT_DEATH( CFArrayGetValueAtIndex( array, 1 ), "" );
+    EXPECT_DEATH( CFArrayGetValueAtIndex( As<CFArrayRef>( array.get() ), 1 ), "" );
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace
@@ -54,18 +55,13 @@ TEST( ResultCodes, DependOnWhatIsAtThePath )
     std::string const file = folder.Path( "file" );
     std::ofstream( file ) << "x";
 
-    struct
-    {
-        int error;
-        std::string path;
-        OSErr code;
-    } const rows[] = { { ENOENT, folder.Path( "missing" ), fnfErr }, { ENOENT, "/missing", fnfErr },
+    std::tuple<int, std::string, OSErr> const rows[] = {
+        { ENOENT, folder.Path( "missing" ), fnfErr }, { ENOENT, "/missing", fnfErr },
         { ENOENT, folder.Path( "missing/item" ), dirNFErr }, { ENOENT, file + "/item", dirNFErr },
         { EPERM, file, afpAccessDenied }, { EPERM, folder.Path( "missing" ), afpAccessDenied },
         { EROFS, "/proc/self/status", vLckdErr }, { EROFS, "/missing/item", vLckdErr } };
-
-    for ( auto const& row : rows )
-        EXPECT_EQ( row.code, ResultCodeForPath( row.error, row.path ) ) << row.path;
+    for ( auto const& [error, path, code] : rows )
+        EXPECT_EQ( code, ResultCodeForPath( error, path ) ) << path;
     if ( !SetImmutable( file, true ) )
         GTEST_SKIP() << "the immutable attribute cannot be set here";
     int const error = unlink( file.c_str() ) == 0 ? 0 : errno;
