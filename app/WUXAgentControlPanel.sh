@@ -44,9 +44,15 @@ ReadLine() {
 # OwnedByRoot PID: tells by the real and the effective user, since /proc/PID itself is root's for
 # any process that keeps its memory to itself.
 OwnedByRoot() {
-    owner=$(sed -n 's/^Uid:[[:space:]]*\([0-9]*\)[[:space:]]*\([0-9]*\)[[:space:]].*/\1 \2/p' \
-        "/proc/$1/status" 2>/dev/null)
-    [ "${owner}" = "0 0" ]
+    {
+        while read -r key real effective rest; do
+            if [ "${key}" = Uid: ]; then
+                [ "${real} ${effective}" = "0 0" ]
+                return
+            fi
+        done <"/proc/$1/status"
+    } 2>/dev/null
+    return 1
 }
 
 # IsAgent PID: whether PID is the agent at work. The short name alone would also fit a zombie (it has
@@ -54,10 +60,10 @@ OwnedByRoot() {
 # program's name away, and an agent inside a container.
 IsAgent() {
     ReadLine "/proc/$1/comm" && [ "${line}" = "${short_name}" ] || return 1
+    OwnedByRoot "$1" || return 1 # before anything that costs a process: anybody can start many
     link=$(readlink "/proc/$1/exe") || return 1
     # The link of a program that an upgrade has replaced ends so.
     [ "${link% (deleted)}" = "${executable}" ] || return 1
-    OwnedByRoot "$1" || return 1
     space=$(readlink "/proc/$1/ns/pid") || return 1
     [ "${space}" = "${own_space}" ]
 }

@@ -16,7 +16,7 @@ AutoCFURL MakeURL( CFStringRef text );
 /// The URL of an item. Throws CFURLCreateFromFSRefFailed when it is gone.
 AutoCFURL MakeURL( FSRef const& ref );
 
-/// The same for the item that a specification names; throws what MakeFSRef throws as well.
+/// The same for the item that an FSSpec names; throws what MakeFSRef throws as well.
 AutoCFURL MakeURL( FSSpec const& spec );
 
 /// The file URL of a path. Throws CFURLCreateWithFileSystemPathFailed.

@@ -7,6 +7,6 @@
 /// it cannot be reached, and for a null URL.
 FSRef MakeFSRef( CFURLRef url );
 
-/// A reference to the item that a specification names. Throws what ThrowRealOSError makes of the
+/// A reference to the item that an FSSpec names. Throws what ThrowRealOSError makes of the
 /// file manager's code when there is none.
 FSRef MakeFSRef( FSSpec const& spec );

@@ -156,9 +156,12 @@ class Panel:
 
 
 def show(command, picture):
-    """Opens the panel on a virtual display, prints what its window shows, and closes it."""
+    """Opens the panel on a virtual display, prints what its window shows, and closes it. The panel
+    speaks English there, whatever the user's language: fields and buttons are found by name."""
     with Desktop():
-        panel = Panel(command)
+        english = dict(os.environ, LC_ALL="C.UTF-8")
+        english.pop("LANGUAGE", None)
+        panel = Panel(command, english)
         for name, value in panel.fields().items():
             print(f"{name + ':':<20} {value}")
         for title, enabled in panel.buttons().items():

@@ -41,7 +41,7 @@ class FileLocation
 
   private:
     AutoCFURL mURL;
-    mutable std::string mPOSIXPath; // filled on first use; empty until then
+    mutable std::string mPOSIXPath; // a cache of the path; empty until there is one
 };
 
 } // namespace MacintoshPlatform

@@ -354,6 +354,16 @@ class PanelTest(unittest.TestCase):
         self.open("de_DE.UTF-8")
         self.expect("Steht", NOT_INSTALLED, "N/A", "Keine", "Start Agent", False, False)
 
+    def test_window_is_printed_in_english_for_every_user(self):
+        picture = self.folder / "panel.png"
+        shown = subprocess.run(
+            [sys.executable, SOURCE / "scripts/panel_session.py", picture, self.executable],
+            env=dict(os.environ, LANG="de_DE.UTF-8", LANGUAGE="de"), text=True,
+            stdout=subprocess.PIPE, check=True)
+        self.assertIn(f"Installed location:  {NOT_INSTALLED}\n", shown.stdout)
+        self.assertIn("[Start Agent]        disabled\n", shown.stdout)
+        self.assertTrue(picture.read_bytes().startswith(b"\x89PNG"))
+
     def test_keyboard_reaches_everything_in_order(self):
         self.install_bundle()
         self.start_agent()

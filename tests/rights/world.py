@@ -32,8 +32,9 @@ def mount(*arguments):
 
 
 def enter(build, program=None, helper=None):
-    """Makes the world of the panel built in `build`, with `program` in /usr/bin and
-    the text `helper` as its helper script if given, goes there and becomes the user. Returns the script's path, which the policy names."""
+    """Makes the world of the panel built in `build`, with `program` in /usr/bin and the text
+    `helper` as its helper script if given, goes there and becomes the user. Returns the script's
+    path, which the policy names."""
     mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
     root = pathlib.Path("/run/root")
     for folder in (root, "/run/upper", "/run/work"):
@@ -44,14 +45,12 @@ def enter(build, program=None, helper=None):
         mount("--rbind", f"/{folder}", root / folder)
 
     os.umask(0o022)
-    subprocess.run(["cmake", "--install", build], env=dict(os.environ, DESTDIR=str(root)),
-                   stdout=subprocess.DEVNULL, check=True)
+    subprocess.run(["cmake", "--install", build, "--prefix", "/usr"],
+                   env=dict(os.environ, DESTDIR=str(root)), stdout=subprocess.DEVNULL, check=True)
     bundle = root / "Library/WUXAgent/WUXAgent.app"
     shutil.copytree(f"{build}/sample/WUXAgent.app", bundle)
     subprocess.run(["chown", "-R", "root:root", bundle.parent], check=True)
     policy = root / "usr/share/polkit-1/actions" / POLICY
-    shutil.copy(f"{build}/{POLICY}", policy)
-    policy.chmod(0o644)
     script = pathlib.Path(xml.etree.ElementTree.parse(policy)
                           .find(".//annotate[@key='org.freedesktop.policykit.exec.path']").text)
     if program:

@@ -140,6 +140,6 @@ extern "C"
     /// `ioResult`.
     OSErr PBGetCatInfoSync( CInfoPBRec* parameters );
 
-    /// Makes a reference to the item that a specification names; codes as for PBGetCatInfoSync.
+    /// Makes a reference to the item that an FSSpec names; codes as for PBGetCatInfoSync.
     OSErr FSpMakeFSRef( FSSpec const* spec, FSRef* newRef );
 }

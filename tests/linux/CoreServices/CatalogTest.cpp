@@ -172,7 +172,7 @@ TEST_F( Catalog, NoticesThatAnItemOrItsFolderWentOrWasReplaced )
     EXPECT_EQ( ref.identity, again.identity );
     std::filesystem::remove( Path( "folder/file" ) );
     expect( fnfErr, fnfErr );
-    Write( "folder/file" ); // perhaps with the same inode; a specification goes by name
+    Write( "folder/file" ); // perhaps with the same inode; an FSSpec goes by name
     expect( fnfErr, noErr );
     std::filesystem::rename( Path( "folder" ), Path( "moved" ) );
     expect( dirNFErr, dirNFErr );

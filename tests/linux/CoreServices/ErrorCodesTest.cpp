@@ -63,7 +63,7 @@ TEST( ResultCodes, DependOnWhatIsAtThePath )
     for ( auto const& [error, path, code] : rows )
         EXPECT_EQ( code, ResultCodeForPath( error, path ) ) << path;
     if ( !SetImmutable( file, true ) )
-        GTEST_SKIP() << "the immutable attribute cannot be set here";
+        GTEST_SKIP() << "SKIPPED: the immutable attribute cannot be set here";
     int const error = unlink( file.c_str() ) == 0 ? 0 : errno;
     OSErr const code = ResultCodeForPath( error, file );
     SetImmutable( file, false );
