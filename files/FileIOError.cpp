@@ -1,5 +1,6 @@
 #include "files/FileIOError.h"
 
+#include "foundation/MakeAsciiNumeral.h"
 #include "foundation/MakeString.h"
 
 #include <typeinfo>
@@ -74,5 +75,5 @@ std::string FileIOError::MakeErrorMessage() const
 
 std::string MakeErrorString( std::uint32_t code )
 {
-    return "Unknown error: " + std::to_string( code );
+    return "Unknown error: " + MakeString( MakeAsciiDecimalNumeral( code ) );
 }
