@@ -68,6 +68,14 @@ void ReadVersion( QString& version )
     }
 }
 
+// Shows what is about to be done, before the caller blocks.
+void ShowStatusAtOnce( char const* key )
+{
+    TextField* const status = gAgentDelegate->wuxAgentStatusText();
+    status->setStringValue( LocalizedString( key ) );
+    status->display();
+}
+
 } // namespace
 
 WUXAgentDelegate::WUXAgentDelegate( QWidget* parent ) : QPushButton( parent ) {}
@@ -150,25 +158,19 @@ void WUXAgentDelegate::performClick( QObject const* sender )
     {
         if ( getPID() != 0 )
         {
-            gAgentDelegate->wuxAgentStatusText()->setStringValue(
-                LocalizedString( QT_TRANSLATE_NOOP( "ControlPanel", "Stopping" ) ) );
-            gAgentDelegate->wuxAgentStatusText()->display();
+            ShowStatusAtOnce( QT_TRANSLATE_NOOP( "ControlPanel", "Stopping" ) );
             update();
             argument = "-stop";
         }
         else
         {
-            gAgentDelegate->wuxAgentStatusText()->setStringValue(
-                LocalizedString( QT_TRANSLATE_NOOP( "ControlPanel", "Starting" ) ) );
-            gAgentDelegate->wuxAgentStatusText()->display();
+            ShowStatusAtOnce( QT_TRANSLATE_NOOP( "ControlPanel", "Starting" ) );
             argument = "-start";
         }
     }
     else if ( sender == mRestartButton )
     {
-        gAgentDelegate->wuxAgentStatusText()->setStringValue(
-            LocalizedString( QT_TRANSLATE_NOOP( "ControlPanel", "Restarting" ) ) );
-        gAgentDelegate->wuxAgentStatusText()->display();
+        ShowStatusAtOnce( QT_TRANSLATE_NOOP( "ControlPanel", "Restarting" ) );
         argument = "-restart";
     }
     else if ( sender == mCloseButton )
