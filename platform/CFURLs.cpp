@@ -45,6 +45,16 @@ AutoCFURL MakeURLFromFileSystemPath( CFStringRef path, CFURLPathStyle pathStyle,
         CFURLCreateWithFileSystemPath( kCFAllocatorDefault, path, pathStyle, isDirectory ) ) );
 }
 
+AutoCFURL MakeURLFromFileSystemBytes( ConstData path, bool isDirectory )
+{
+    // An empty range may have no bytes to point to.
+    static constexpr unsigned char kNothing = 0;
+    return Checked<CFURLCreateWithFileSystemPathFailed>(
+        AutoCFURL( CFURLCreateFromFileSystemRepresentation( kCFAllocatorDefault,
+            path.IsEmpty() ? &kNothing : path.begin(), static_cast<CFIndex>( path.Length() ),
+            isDirectory ) ) );
+}
+
 AutoCFURL MakeURLFromFileSystemPathRelativeToBase(
     CFStringRef path, CFURLPathStyle pathStyle, bool isDirectory, CFURLRef base )
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/ConstData.h"
 #include "platform/AutoCFData.h"
 #include "platform/AutoCFString.h"
 #include "platform/AutoCFURL.h"
@@ -8,7 +9,8 @@
 #include <CoreServices/Files.h>
 
 /// Each function makes the one call it is named after and throws the class named after that call,
-/// with "Failed" at its end, when the call gives nothing. What the calls do is said in CFURL.h.
+/// with "Failed" at its end, when the call gives nothing; the one exception says so. What the calls
+/// do is said in CFURL.h.
 
 /// The URL of a URL's text. Throws CFURLCreateWithStringFailed.
 AutoCFURL MakeURL( CFStringRef text );
@@ -21,6 +23,10 @@ AutoCFURL MakeURL( FSSpec const& spec );
 
 /// The file URL of a path. Throws CFURLCreateWithFileSystemPathFailed.
 AutoCFURL MakeURLFromFileSystemPath( CFStringRef path, CFURLPathStyle pathStyle, bool isDirectory );
+
+/// The file URL of a path in the file system's own bytes (CFURLCreateFromFileSystemRepresentation).
+/// Throws CFURLCreateWithFileSystemPathFailed.
+AutoCFURL MakeURLFromFileSystemBytes( ConstData path, bool isDirectory );
 
 /// Throws CFURLCreateWithFileSystemPathRelativeToBaseFailed.
 AutoCFURL MakeURLFromFileSystemPathRelativeToBase(

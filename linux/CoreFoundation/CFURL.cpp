@@ -206,6 +206,23 @@ CFURLRef CFURLCreateWithFileSystemPathRelativeToBase( CFAllocatorRef, CFStringRe
         } );
 }
 
+CFURLRef CFURLCreateFromFileSystemRepresentation(
+    CFAllocatorRef, UInt8 const* buffer, CFIndex bufLen, Boolean isDirectory )
+{
+    return NullIfThrown(
+        [&]() -> CFURLRef
+        {
+            if ( buffer == nullptr || bufLen < 0 )
+            {
+                return nullptr;
+            }
+            std::string path(
+                reinterpret_cast<char const*>( buffer ), static_cast<std::size_t>( bufLen ) );
+            return HoldsZero( path ) ? nullptr
+                                     : CreateFileURL( std::move( path ), isDirectory != 0 );
+        } );
+}
+
 CFStringRef CFURLGetString( CFURLRef url )
 {
     return url != nullptr ? url->text.get() : nullptr;

@@ -1,6 +1,7 @@
 #include <CoreFoundation/CFURLAccess.h>
 
 #include "linux/CoreFoundation/CFURLObject.h"
+#include "linux/Descriptor.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,29 +17,6 @@ namespace
 {
 
 constexpr std::size_t kLimit = kCFURLMaximumResourceLength;
-
-// An open file descriptor, or -1.
-class Descriptor
-{
-  public:
-    explicit Descriptor( int descriptor ) : mDescriptor( descriptor ) {}
-
-    ~Descriptor()
-    {
-        if ( mDescriptor >= 0 )
-        {
-            close( mDescriptor );
-        }
-    }
-
-    Descriptor( Descriptor const& ) = delete;
-    Descriptor& operator=( Descriptor const& ) = delete;
-
-    int Get() const { return mDescriptor; }
-
-  private:
-    int const mDescriptor;
-};
 
 // Reads to the end of the file, or until there are more bytes than the limit. Answers 0 or an
 // errno value.

@@ -3,7 +3,9 @@
 #include "linux/CoreServices/ErrorCodes.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <string_view>
 #include <sys/sysmacros.h>
 
@@ -45,6 +47,18 @@ int ReadFolder( std::string const& path, CatalogItem& folder )
 {
     int const error = Read( path, 0, folder );
     return error == 0 && !folder.IsFolder() ? ENOTDIR : error;
+}
+
+int ReadRealPath( std::string const& path, std::string& realPath )
+{
+    auto const release = []( char* text ) { std::free( text ); };
+    std::unique_ptr<char, decltype( release )> const text( realpath( path.c_str(), nullptr ) );
+    if ( text == nullptr )
+    {
+        return errno;
+    }
+    realPath = text.get();
+    return 0;
 }
 
 std::string FolderPath( std::string const& path )

@@ -34,6 +34,10 @@ int ReadItem( std::string const& path, CatalogItem& item );
 /// Looks at a folder, through links; ENOTDIR when it is none.
 int ReadFolder( std::string const& path, CatalogItem& folder );
 
+/// The path of an item without any link in it, which follows one at its end too. Answers 0 or an
+/// errno value.
+int ReadRealPath( std::string const& path, std::string& realPath );
+
 /// A path of the folder that the item at an absolute path lies in; the root lies in itself.
 std::string FolderPath( std::string const& path );
 

@@ -1,5 +1,7 @@
 #include "linux/CoreServices/ErrorCodes.h"
 
+#include <CoreServices/POSIXResults.h>
+
 #include "linux/CoreServices/CatalogItem.h"
 
 #include <cerrno>
@@ -81,4 +83,9 @@ OSErr ResultCodeForPath( int error, std::string const& path )
         error, { .folderIsMissing = error == ENOENT && FolderIsMissing( path ),
                    .itemIsImmutable = error == EPERM && ItemIsImmutable( path ),
                    .deviceIsReadOnly = error == EROFS && DeviceIsReadOnly( path ) } );
+}
+
+OSErr FSResultOfError( int error, char const* path )
+{
+    return CodeOf( [=] { return ResultCodeForPath( error, path ); } );
 }

@@ -1,5 +1,7 @@
 #include <sys/sysctl.h>
 
+#include "linux/Descriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -25,26 +27,6 @@ auto Uninterrupted( Call call )
         result = call();
     return result;
 }
-
-class Descriptor
-{
-  public:
-    explicit Descriptor( int descriptor ) noexcept : mDescriptor( descriptor ) {}
-
-    ~Descriptor()
-    {
-        if ( mDescriptor != -1 )
-            close( mDescriptor );
-    }
-
-    Descriptor( Descriptor const& ) = delete;
-    Descriptor& operator=( Descriptor const& ) = delete;
-
-    int Get() const noexcept { return mDescriptor; }
-
-  private:
-    int mDescriptor;
-};
 
 Descriptor Open( int directory, char const* path, int flags )
 {

@@ -42,6 +42,12 @@ extern "C"
     CFURLRef CFURLCreateWithFileSystemPathRelativeToBase( CFAllocatorRef allocator,
         CFStringRef filePath, CFURLPathStyle pathStyle, Boolean isDirectory, CFURLRef baseURL );
 
+    /// The same as CFURLCreateWithFileSystemPath for the `bufLen` bytes of a path as the file
+    /// system has it, whatever their encoding. Null for a null buffer, a negative length and a zero
+    /// byte.
+    CFURLRef CFURLCreateFromFileSystemRepresentation(
+        CFAllocatorRef allocator, UInt8 const* buffer, CFIndex bufLen, Boolean isDirectory );
+
     /// The text, without the base. Lives as long as the URL.
     CFStringRef CFURLGetString( CFURLRef url );
 

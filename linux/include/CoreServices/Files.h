@@ -78,6 +78,13 @@ extern "C"
         UInt16 mode; ///< with the kind of item, as in struct stat
     } FSPermissionInfo;
 
+    /// The name of an item: its first `length` units, no terminator.
+    typedef struct HFSUniStr255
+    {
+        UInt16 length;
+        UniChar unicode[255];
+    } HFSUniStr255;
+
     /// The catalog entry of an item.
     typedef struct FSCatalogInfo
     {
@@ -130,7 +137,7 @@ extern "C"
     /// becomes the folder the item lies in and its pathname. Both may be null. The name and a
     /// reference to the folder are not to be had: paramErr unless the pointers for them are null.
     OSErr FSGetCatalogInfo( FSRef const* ref, FSCatalogInfoBitmap whichInfo,
-        FSCatalogInfo* catalogInfo, struct HFSUniStr255* outName, FSSpec* spec, FSRef* parentRef );
+        FSCatalogInfo* catalogInfo, HFSUniStr255* outName, FSSpec* spec, FSRef* parentRef );
 
     /// Reads the classic record of an item by folder and name, for an `ioFDirIndex` of 0 (paramErr
     /// otherwise, and for a name that is no full pathname).

@@ -17,9 +17,10 @@
 namespace
 {
 
-class Catalog : public ::testing::Test
+using namespace std::string_literals;
+
+struct Catalog : ::testing::Test
 {
-  protected:
     std::string Path( std::string const& name ) const { return mFolder.Path( name ); }
 
     void Write( std::string const& name ) const { std::ofstream( Path( name ) ) << "12345"; }
@@ -42,18 +43,11 @@ class Catalog : public ::testing::Test
         return FSGetCatalogInfo( &ref, kFSCatInfoGettableInfo, info, nullptr, spec, nullptr );
     }
 
-    FSCatalogInfo Info( std::string const& name, FSSpec* spec = nullptr ) const
+    FSCatalogInfo Info( std::string const& name ) const
     {
         FSCatalogInfo info = {};
-        EXPECT_EQ( noErr, Reread( Find( name ), &info, spec ) );
+        EXPECT_EQ( noErr, Reread( Find( name ), &info ) );
         return info;
-    }
-
-    FSSpec Spec( std::string const& name ) const
-    {
-        FSSpec spec;
-        Info( name, &spec );
-        return spec;
     }
 
     static OSErr Reread( FSSpec const& spec, HFileInfo* record = nullptr )
@@ -87,52 +81,55 @@ UInt64 Seconds( UTCDateTime const& time )
 
 TEST_F( Catalog, EntryAndRecordSayWhatTheFileSystemSays )
 {
-    Write( "file \xff" );
+    std::string const name = "file \xff";
+    Write( name );
     timespec const times[] = { { -3'000'000'000, 500'000'000 }, { 4'294'967'296, 999'999'999 } };
-    ASSERT_EQ( 0, utimensat( AT_FDCWD, Path( "file \xff" ).c_str(), times, 0 ) );
-    struct stat expected = {};
-    struct stat folder = {};
-    ASSERT_EQ( 0, stat( Path( "file \xff" ).c_str(), &expected ) );
-    ASSERT_EQ( 0, stat( mFolder.Path().c_str(), &folder ) );
-
-    FSCatalogInfo const info = Info( "file \xff" );
-    using Numbers = std::vector<UInt64>;
-    EXPECT_EQ( ( Numbers{ 0, expected.st_dev, folder.st_ino, expected.st_ino, 5,
-                   static_cast<UInt64>( expected.st_blocks ) * 512, expected.st_mode,
-                   expected.st_uid, expected.st_gid } ),
-        ( Numbers{ info.nodeFlags, info.volume, info.parentDirID, info.nodeID, info.dataLogicalSize,
-            info.dataPhysicalSize, info.permissions.mode, info.permissions.userID,
-            info.permissions.groupID } ) );
-    // What a file system cannot keep it clamps; compare with what it kept.
-    EXPECT_EQ( static_cast<UInt64>( expected.st_mtim.tv_sec + 2'082'844'800 ),
-        Seconds( info.contentModDate ) );
-    EXPECT_EQ( expected.st_mtim.tv_nsec == 999'999'999 ? 65535 : 0, info.contentModDate.fraction );
-    EXPECT_EQ( static_cast<UInt64>( expected.st_atim.tv_sec + 2'082'844'800 ) & 0xffff'ffff'ffff,
-        Seconds( info.accessDate ) );
-    EXPECT_EQ( kFSNodeIsDirectoryMask, Info( "." ).nodeFlags );
-    EXPECT_EQ( "file://" + Path( "file%20%FF" ), URLText( Find( "file \xff" ) ) );
-    EXPECT_EQ( "file://" + Path( "./" ), URLText( Find( "." ) ) );
-
-    auto const record = []( FSSpec const& spec )
+    ASSERT_EQ( 0, utimensat( AT_FDCWD, Path( name ).c_str(), times, 0 ) );
+    for ( std::string const& item : { name, "."s } )
     {
+        struct stat is = {};
+        struct stat parent = {};
+        ASSERT_EQ( 0, stat( Path( item ).c_str(), &is ) );
+        ASSERT_EQ( 0, stat( Path( item == name ? "." : ".." ).c_str(), &parent ) );
+        UInt64 const kind = item == name ? 0 : 0x10;
+        UInt64 const size = item == name ? 5 : 0;
+        UInt64 const allocated = item == name ? static_cast<UInt64>( is.st_blocks ) * 512 : 0;
+        FSCatalogInfo info = {};
+        FSSpec spec;
+        EXPECT_EQ( noErr, Reread( Find( item ), &info, &spec ) );
+        using Numbers = std::vector<UInt64>;
+        EXPECT_EQ( ( Numbers{ kind, is.st_dev, parent.st_ino, is.st_ino, size, allocated,
+                       is.st_mode, is.st_uid, is.st_gid } ),
+            ( Numbers{ info.nodeFlags, info.volume, info.parentDirID, info.nodeID,
+                info.dataLogicalSize, info.dataPhysicalSize, info.permissions.mode,
+                info.permissions.userID, info.permissions.groupID } ) );
+        // What a file system cannot keep it clamps; compare with what it kept.
+        EXPECT_EQ( static_cast<UInt64>( is.st_mtim.tv_sec + 2'082'844'800 ),
+            Seconds( info.contentModDate ) );
+        EXPECT_EQ( is.st_mtim.tv_nsec * 65536 / 1'000'000'000, info.contentModDate.fraction );
+        EXPECT_EQ( static_cast<UInt64>( is.st_atim.tv_sec + 2'082'844'800 ) & 0xffff'ffff'ffff,
+            Seconds( info.accessDate ) );
         HFileInfo read;
         EXPECT_EQ( noErr, Reread( spec, &read ) );
-        return Numbers{
-            read.ioFlAttrib, read.ioDirID, read.ioFlParID, read.ioFlLgLen, read.ioFlPyLen };
-    };
-    EXPECT_EQ( ( Numbers{ 0, expected.st_ino, folder.st_ino, 5, info.dataPhysicalSize } ),
-        record( Spec( "file \xff" ) ) );
-    EXPECT_EQ( ( Numbers{ kioFlAttribDirMask, folder.st_ino, Spec( "." ).parID, 0, 0 } ),
-        record( Spec( "." ) ) );
+        EXPECT_EQ( ( Numbers{ kind, is.st_ino, parent.st_ino, size, allocated } ),
+            ( Numbers{
+                read.ioFlAttrib, read.ioDirID, read.ioFlParID, read.ioFlLgLen, read.ioFlPyLen } ) );
+    }
+    EXPECT_EQ( "file://" + Path( "file%20%FF" ), URLText( Find( name ) ) );
+    EXPECT_EQ( "file://" + Path( "./" ), URLText( Find( "." ) ) );
 }
 
-TEST_F( Catalog, FindsTheFolderOfAnItemHoweverItsPathEnds )
+TEST_F( Catalog, FindsAnItemAndItsFolderHoweverThePathEnds )
 {
     std::filesystem::create_directories( Path( "a/b" ) );
-    UInt64 const folder = Info( "a" ).nodeID;
-    for ( char const* path : { "a/b", "a/b/", "a//b//", "a/b/.", "a/./b/../../a/b", "a/b/../b" } )
-        EXPECT_EQ( folder, Info( path ).parentDirID ) << path;
+    std::filesystem::create_symlink( "a", Path( "link" ) );
+    for ( char const* path : { "a/b", "a/b/", "a//b//", "a/b/.", "a/./b/../../a/b", "link/b" } )
+    {
+        EXPECT_EQ( Info( "a" ).nodeID, Info( path ).parentDirID ) << path;
+        EXPECT_EQ( Info( "a/b" ).nodeID, Info( path ).nodeID ) << path;
+    }
     EXPECT_EQ( Info( "." ).nodeID, Info( "a/b/.." ).parentDirID );
+    EXPECT_EQ( S_IFLNK, Info( "link/" ).permissions.mode & S_IFMT );
     FSRef root;
     FSCatalogInfo info = {};
     ASSERT_TRUE( Find( "/", root ) );
@@ -140,24 +137,13 @@ TEST_F( Catalog, FindsTheFolderOfAnItemHoweverItsPathEnds )
     EXPECT_EQ( info.nodeID, info.parentDirID );
 }
 
-TEST_F( Catalog, TakesALinkAtTheEndForAnItemOfItsOwn )
-{
-    std::filesystem::create_directory( Path( "folder" ) );
-    Write( "folder/file" );
-    std::filesystem::create_symlink( "folder", Path( "link" ) );
-    std::filesystem::create_symlink( "nowhere", Path( "dangling" ) );
-    EXPECT_EQ( 0, Info( "link/" ).nodeFlags );
-    EXPECT_EQ( Info( "folder/file" ).nodeID, Info( "link/file" ).nodeID );
-    EXPECT_EQ( Info( "folder/file" ).parentDirID, Info( "link/file" ).parentDirID );
-    EXPECT_EQ( S_IFLNK, Info( "dangling" ).permissions.mode & S_IFMT );
-}
-
 TEST_F( Catalog, NoticesThatAnItemOrItsFolderWentOrWasReplaced )
 {
     std::filesystem::create_directory( Path( "folder" ) );
     Write( "folder/file" );
     FSRef const ref = Find( "folder/file" );
-    FSSpec const spec = Spec( "folder/file" );
+    FSSpec spec;
+    Reread( ref, nullptr, &spec );
     FSRef again;
     auto const expect = [&]( OSErr ofRef, OSErr ofSpec )
     {
@@ -207,9 +193,7 @@ TEST_F( Catalog, RefusesArgumentsThatMakeNoSense )
 
 TEST_F( Catalog, SaysSoWhenMemoryRunsOut )
 {
-    Write( std::string( 100, 'n' ) );
-    FSRef const ref = Find( std::string( 100, 'n' ) );
-    auto const action = [&ref]
+    auto const action = [ref = Find( "." )]
     {
         FSSpec spec;
         if ( Reread( ref, nullptr, &spec ) == memFullErr )
