@@ -10,13 +10,19 @@
 /// the directory form, with a trailing "/", whatever the path names.
 ///
 /// Throws CFStringCreateError for a path that is no UTF-8, and CFURLCreateWithFileSystemPathFailed
-/// for one with a zero byte.
+/// for one with a zero byte and for a relative one when the current directory is gone.
 FileLocation MakeFileLocation( char const* path );
 FileLocation MakeFileLocation( ConstData path );
 
 /// The same for a Unicode text, which goes through the locale's encoding first: what Transcoder
 /// throws comes in addition.
 FileLocation MakeFileLocation( UStringRef<UTF8> path );
+
+/// The location of a POSIX path in UTF-8 that counts from `base`, or from the current directory if
+/// that is empty; an absolute path ignores it. A Unicode text counts up to its first zero. Throw
+/// CFStringCreateError and CFURLCreateWithFileSystemPathRelativeToBaseFailed.
+FileLocation MakeRelativeFileLocation( FileLocation const& base, char const* relativePath );
+FileLocation MakeRelativeFileLocation( FileLocation const& base, UStringRef<UTF8> relativePath );
 
 /// Whether the path begins with "/"; false for a null pointer.
 bool IsAbsolutePath( char const* path );

@@ -26,4 +26,20 @@ FileLocation MakeFileLocation( ConstData path )
         bytes.data(), path.Length(), kCFStringEncodingUTF8, kCFURLPOSIXPathStyle );
 }
 
+FileLocation MakeFileLocationOfBytes( ConstData path )
+{
+    AutoCFURL const url = MakeURLFromFileSystemBytes( path, true );
+    return FileLocation( url.Get() );
+}
+
+FileLocation MakeRelativeFileLocation(
+    FileLocation const& base, char const* relativePath, unsigned long encoding, long pathStyle )
+{
+    AutoCFString const text =
+        MakeCFString( relativePath, static_cast<CFStringEncoding>( encoding ) );
+    AutoCFURL const url =
+        MakeURLFromFileSystemPathRelativeToBase( text.Get(), pathStyle, true, base.URL() );
+    return FileLocation( url.Get() );
+}
+
 } // namespace MacintoshPlatform

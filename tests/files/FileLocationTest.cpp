@@ -1,51 +1,66 @@
-#include "files/FileLocation.h"
 #include "files/FileErrors.h"
+#include "files/FileLocationAncestry.h"
+#include "files/FileLocationDate.h"
+#include "files/FileLocationWithWildcard.h"
+#include "files/FileNameErrors.h"
+#include "files/mac/FileErrors.h"
 #include "files/mac/MakeFileLocation.h"
+#include "files/mac/SpecialFolders.h"
 #include "files/MakeFileLocation.h"
+#include "foundation/MakeString.h"
 #include "platform/CFErrors.h"
 #include "platform/CFStrings.h"
-#include "platform/FSRefs.h"
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/TemporaryFolder.h"
+
+#include <CoreServices/Folders.h>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
+#include <sys/stat.h>
+#include <tuple>
 
 namespace
 {
 
 using namespace std::string_literals;
-using Location = MacintoshPlatform::FileLocation;
+using namespace MacintoshPlatform;
+using Location = ::FileLocation;
+using PlatformLocation = MacintoshPlatform::FileLocation;
 
-std::string Text( Location const& location )
+Location At( std::string const& path )
 {
-    return MakeString( CFURLGetString( location.URL() ), kCFStringEncodingUTF8, 0 );
+    return ::MakeFileLocation( ConstData( path ) );
 }
 
-Location LocationOf( std::string const& path )
+std::string Here()
 {
-    return MacintoshPlatform::MakeFileLocation( ConstData( path ) );
+    return std::filesystem::current_path();
+}
+
+std::string Text( PlatformLocation const& location )
+{
+    return MakeString( CFURLGetString( location.URL() ), kCFStringEncodingUTF8, 0 );
 }
 
 } // namespace
 
 TEST( Location, IsMadeFromEveryFormOfAPathInDirectoryForm )
 {
-    using MacintoshPlatform::MakeFileLocation;
     std::string const path = "/a \xc3\xa9";
-    Location const made[] = { ::MakeFileLocation( path.c_str() ).Platform(), LocationOf( path ),
-        ::MakeFileLocation( ConstData( path ) ).Platform(),
-        MakeFileLocation( "/a \xe9/x", 4, kCFStringEncodingISOLatin1, kCFURLPOSIXPathStyle ) };
-    for ( Location const& location : made )
+    for ( PlatformLocation const& location :
+        { ::MakeFileLocation( path.c_str() ).Platform(), At( path ).Platform(),
+            MacintoshPlatform::MakeFileLocation( "/a \xe9/x", 4, kCFStringEncodingISOLatin1, 0 ) } )
         EXPECT_EQ( "file:///a%20%C3%A9/", Text( location ) );
     EXPECT_EQ( "file:///a/", Text( ::MakeFileLocation( UStringRef<UTF8>( "/a/" ) ).Platform() ) );
-    EXPECT_EQ( "./", Text( ::MakeFileLocation( "" ).Platform() ) );
-    EXPECT_THROW( ::MakeFileLocation( "/\xff" ), CFStringCreateError );
-    EXPECT_THROW( LocationOf( "/a\0b"s ), CFURLCreateWithFileSystemPathFailed );
-    EXPECT_THROW( MakeFileLocation( "/a", 2, kCFStringEncodingUTF8, 2 ),
+    EXPECT_EQ( "./", Text( At( "" ).Platform() ) );
+    EXPECT_THROW( At( "/\xff" ), CFStringCreateError );
+    EXPECT_THROW( At( "/a\0b"s ), CFURLCreateWithFileSystemPathFailed );
+    EXPECT_THROW( MacintoshPlatform::MakeFileLocation( "/a", 2, kCFStringEncodingUTF8, 2 ),
         CFURLCreateWithFileSystemPathFailed );
+    EXPECT_FALSE( IsAbsolutePath( nullptr ) || IsAbsolutePath( "" ) || IsAbsolutePath( "a/b" ) );
+    EXPECT_TRUE( IsAbsolutePath( "/" ) );
 }
 
 TEST( Location, LeaksNothingWhenMemoryRunsOut )
@@ -54,60 +69,199 @@ TEST( Location, LeaksNothingWhenMemoryRunsOut )
     for ( long failing = 1; failing < 5; ++failing )
     {
         AllocationFailure const failure( failing );
-        EXPECT_ANY_THROW( MakeFileLocation( "/Library/a folder with a long name/a bundle.app" ) );
+        EXPECT_ANY_THROW( ::MakeFileLocation( "/Library/a folder with a long name/a bundle.app" ) );
         EXPECT_EQ( before, LiveAllocations() ) << failing;
     }
 }
 
-TEST( Location, SharesItsURLWithItsCopies )
+TEST( Location, SharesItsURLAndItsPathWithItsCopies )
 {
-    Location original = LocationOf( "/a" );
+    PlatformLocation original = At( "/a" ).Platform();
     CFURLRef const url = original.URL();
-    Location const copy( original );
-    Location assigned = LocationOf( "/b" );
+    PlatformLocation const copy( original );
+    PlatformLocation assigned = At( "/b" ).Platform();
+    EXPECT_EQ( "/b", assigned.POSIXPath() );
     assigned = copy;
-    Location const& alias = assigned;
+    PlatformLocation const& alias = assigned;
     assigned = alias;
+    EXPECT_EQ( "/a", assigned.POSIXPath() );
     EXPECT_EQ( 3, CFGetRetainCount( url ) );
-    original = Location();
-    assigned = Location();
+    original = assigned = PlatformLocation();
     EXPECT_EQ( nullptr, assigned.URL() );
     EXPECT_EQ( 1, CFGetRetainCount( url ) );
     EXPECT_EQ( "file:///a/", Text( copy ) );
 }
 
-TEST( Location, KnowsWhetherItsItemExistsAndWhichKindItIs )
+TEST( LocationPath, IsAbsoluteInTheFileSystemsBytesAndBounded )
 {
-    TemporaryFolder const folder;
-    std::ofstream( folder.Path( "file" ) ) << "x";
-    std::filesystem::create_directory( folder.Path( "folder" ) );
-    std::filesystem::create_symlink( "folder", folder.Path( "link" ) );
-    for ( auto const& [name, kind] : { std::pair( "file", 'f' ), { "folder", 'd' },
-              { "folder/", 'd' }, { "link", 'f' }, { "missing", ' ' }, { "file/below", ' ' } } )
+    for ( auto const& [path, expected] :
+        { std::pair( "/"s, "/"s ), { "/tmp///", "/tmp" }, { "///", "/" },
+            { "a b/%41", Here() + "/a b/%41" }, { "", Here() }, { "/a/../b", "/a/../b" } } )
     {
-        SCOPED_TRACE( name );
-        Location const location = LocationOf( folder.Path( name ) );
-        EXPECT_EQ( kind != ' ', location.Exists() );
-        EXPECT_EQ( kind == 'f', location.IsFile() );
-        EXPECT_EQ( kind == 'd', location.IsDirectory() );
+        EXPECT_EQ( expected, At( path ).POSIXPath() );
+        EXPECT_EQ( expected, MakeFileLocationOfBytes( ConstData( path ) ).POSIXPath() );
     }
-    FSRef const ref = MakeFSRef( LocationOf( folder.Path( "file" ) ).URL() );
-    EXPECT_EQ( "file://" + folder.Path( "file" ), Text( Location( ref ) ) );
+    EXPECT_EQ( "/\xff", MakeFileLocationOfBytes( ConstData( "/\xff"s ) ).POSIXPath() );
+    EXPECT_THROW(
+        MakeFileLocationOfBytes( ConstData( "/a\0b"s ) ), CFURLCreateWithFileSystemPathFailed );
+    EXPECT_EQ( 1023U, At( "/" + std::string( 1022, 'a' ) ).POSIXPath().size() );
+    EXPECT_THROW( At( "/" + std::string( 1023, 'a' ) ).POSIXPath(), FullPathFailed );
+    EXPECT_THROW( Location().POSIXPath(), FullPathFailed );
+    unsigned char buffer[5];
+    EXPECT_THROW( At( "/abcd" ).Platform().POSIXPath( buffer, 5 ), FullPathFailed );
 }
 
-TEST( EmptyLocation, IsANormalValueUntilAnItemIsRequired )
+TEST( Location, IsEqualByItsPath )
 {
-    FileLocation const empty;
-    Location const& location = empty.Platform();
-    EXPECT_FALSE( location.Exists() || location.IsFile() || location.IsDirectory() );
-    EXPECT_EQ( nullptr, Location( CFURLRef() ).URL() );
-    EXPECT_THROW( empty.RequireNonEmpty(), EmptyFileLocationError );
-    FileLocation const missing = MakeFileLocation( "/missing" );
+    EXPECT_TRUE( Location().Equal( Location() ) && At( "/tmp" ).Equal( At( "/tmp/" ) ) );
+    EXPECT_FALSE( Location().Equal( At( "/" ) ) || At( "/" ).Equal( Location() ) ||
+                  At( "/a/../b" ).Equal( At( "/b" ) ) );
+    EXPECT_TRUE( At( "//" ).IsRoot() && !At( "/." ).IsRoot() );
+}
+
+TEST( Location, LeadsUpAndDownAndSideways )
+{
+    Location const folder = At( "/a/\xc3\xa9" );
+    FileName const name( "100% *", kCFStringEncodingUTF8 );
+    EXPECT_EQ( 1, folder.Name().Length() );
+    EXPECT_EQ( "/a/\xc3\xa9/100% *", folder.Child( name ).POSIXPath() );
+    EXPECT_EQ( "/a/100% *", folder.Sibling( name ).POSIXPath() );
+    EXPECT_EQ( "/a", Location( folder, "b" ).Parent().Parent().POSIXPath() );
+    EXPECT_EQ( "/b", Location( At( "/" ), ConstData( "b" ) ).POSIXPath() );
+    EXPECT_THROW( Location( folder, "b/c" ), IllegalFileName );
+    EXPECT_THROW( Location( folder, "" ), IllegalFileNameLength );
+    EXPECT_THROW( Location( Location(), "b" ), InvalidParentURL );
+    EXPECT_THROW( At( "/" ).Name(), IllegalFileNameLength );
+    EXPECT_THROW( At( "/" ).Sibling( name ), RootHasNoParent );
+    EXPECT_THROW( At( "/missing/a" ).Platform().ParentRef(), CFURLGetFSRefFailed );
+    EXPECT_TRUE( PlatformLocation( At( "/missing" ).Platform().ParentRef() ).IsRoot() );
+}
+
+TEST( RelativeLocation, CountsFromItsBase )
+{
+    for ( auto const& [path, expected] :
+        { std::pair( "c/d", "/a/b/c/d" ), { "../c", "/a/c" }, { "/c", "/c" }, { "", "/a/b" } } )
+        for ( Location const& made : { ::MakeRelativeFileLocation( At( "/a/b" ), path ),
+                  ::MakeRelativeFileLocation( At( "/a/b" ), UStringRef<UTF8>( path ) ) } )
+            EXPECT_EQ( expected, made.POSIXPath() );
+    EXPECT_TRUE( ::MakeRelativeFileLocation( Location(), "c" ).Equal( At( "c" ) ) );
+}
+
+TEST( WildcardLocation, IsTakenApartAtItsLastComponent )
+{
+    std::tuple<char const*, std::string, std::string, std::string> const rows[] = {
+        { "/a/b/*.txt", "/a/b/", "*.txt", "/a/b" }, { "/a/*/c", "/a/*/c", "-", "/a/*/c" },
+        { "*.log", "", "*.log", Here() }, { "/?", "/", "?", "/" }, { "/*/", "/*/", "-", "/*" } };
+    for ( auto const& [path, directory, pattern, location] : rows )
+    {
+        ConstData part;
+        Location out;
+        for ( char const* const found : { MakeFileLocationWithWildcardUnix( path, part ),
+                  MakeFileLocationWithWildcard( path, out ) } )
+            EXPECT_EQ( pattern, found != nullptr ? found : "-" );
+        EXPECT_EQ( directory, MakeString( part ) );
+        EXPECT_EQ( location, out.POSIXPath() );
+    }
+    Location kept = At( "/kept" );
+    EXPECT_THROW( MakeFileLocationWithWildcard( nullptr, kept ), EmptyFileLocationError );
+    EXPECT_THROW( MakeFileLocationWithWildcard( "", kept ), EmptyFileLocationError );
+    EXPECT_THROW( MakeFileLocationWithWildcard( "/\xff/*", kept ), CFStringCreateError );
+    EXPECT_EQ( "/kept", kept.POSIXPath() );
+}
+
+TEST( Ancestry, GoesByTheTextOfPathsAndAlwaysEnds )
+{
+    std::tuple<char const*, char const*, bool> const rows[] = { { "/", "/a//b", true },
+        { "/a", "/a/b", true }, { "/a", "/a//b", true }, { "/a/b", "/a", false },
+        { "/a", "/ab", false }, { "/x", "/", false }, { "/", "relative", true },
+        { "/x", "../../../../../../..", false }, { "/x", "/a/../..", false },
+        { "/a", "/a/../b", false }, { "/x", "/.", false } };
+    for ( auto const& [ancestor, item, expected] : rows )
+        for ( auto const test : { EqualOrDescendant, IsDescendant } )
+            EXPECT_EQ( expected, test( At( ancestor ), At( item ) ) ) << item;
+    EXPECT_TRUE( EqualOrDescendant( At( "/a" ), At( "/a/" ) ) );
+    EXPECT_FALSE( IsDescendant( At( "/a" ), At( "/a/" ) ) );
+    EXPECT_THROW( EqualOrDescendant( At( "/" ), Location() ), EmptyFileLocationError );
+    EXPECT_THROW( IsDescendant( Location(), Location() ), EmptyFileLocationError );
+}
+
+TEST( DateInAName, IsReadWithoutLookingForDigits )
+{
+    std::tuple<unsigned, unsigned, unsigned> date;
+    auto const read = [&date]( char const* path )
+    {
+        auto& [year, month, day] = date;
+        GetDateFromNameInFileLocation( At( path ), year, month, day );
+        return date;
+    };
+    EXPECT_EQ( std::tuple( 2024U, 1U, 31U ), read( "/a/20240131_x" ) );
+    EXPECT_EQ( std::tuple( 281940U, 170U, 2540U ), read( "/...0A0.0x" ) ); // "." is 254, "A" 17
+    EXPECT_THROW( read( "/20240131" ), IllegalFileName );
+}
+
+TEST( Location, KnowsWhatItsItemIsAndWhereThatLeads )
+{
+    TemporaryFolder const folder;
+    std::string const here = folder.Path();
+    std::string const link = folder.Path( "b" );
+    mkfifo( folder.Path( "pipe" ).c_str(), 0600 );
+    for ( auto const& [target, name] : { std::pair( ".", "a" ), { "a", "b" }, { "c", "c" } } )
+        std::filesystem::create_symlink( target, folder.Path( name ) );
+    bool isFolder = false;
+    bool isAlias = false;
+    short code = 0;
+    // File, directory, symbolic link (by the mode's bits), alias; the last target and the next one.
+    for ( auto const& [path, kind, last, next] : { std::tuple( here, "-d--"s, here, here ),
+              { here + "/pipe", "f---", "", "" }, { "/etc/passwd", "f-s-", "", "" },
+              { "/dev/null", "f-s-", "", "" }, { link, "f-sa", here, here + "/a" },
+              { link + "/", "f-sa", here, here + "/a" }, { here + "/c", "f-s-", "loops", "" } } )
+    {
+        SCOPED_TRACE( path );
+        PlatformLocation const item = At( path ).Platform();
+        bool const isSymLink = item.IsSymLink();
+        EXPECT_EQ( kind, ( item.IsFile() ? "f"s : "-" ) + ( item.IsDirectory() ? 'd' : '-' ) +
+                             ( isSymLink ? 's' : '-' ) + ( item.IsAlias() ? 'a' : '-' ) );
+        EXPECT_TRUE( item.Exists() && item.IsLink() == isSymLink );
+        EXPECT_EQ( next.empty() ? path : next,
+            item.ResolveAliasFile( false, isFolder, isAlias, code ).POSIXPath() );
+        PlatformLocation const found = item.ResolveAliasFile( true, isFolder, isAlias, code );
+        EXPECT_EQ( std::tuple( last == here, kind[3] == 'a', last == "loops" ? -43 : 0 ),
+            std::tuple( isFolder, isAlias, code ) );
+        EXPECT_EQ( code, found.URL() == nullptr ? -43 : 0 );
+        EXPECT_TRUE( code != 0 || Location( found ).Equal( At( last.empty() ? path : last ) ) );
+    }
+    // Often a link to "usr/bin".
+    Location const inRoot =
+        At( "/bin" ).Platform().ResolveAliasFile( false, isFolder, isAlias, code );
+    EXPECT_NE( "//", inRoot.POSIXPath().substr( 0, 2 ) );
+}
+
+TEST( Location, OfNoItemIsNormalUntilOneIsRequired )
+{
+    for ( auto const& [location, name] : { std::pair( At( "/missing" ), " on \"/missing\"" ),
+              { At( "/etc/passwd/x" ), " on \"/etc/passwd/x\"" }, { Location(), "" },
+              { At( "/" + std::string( 2000, 'a' ) ), "" } } )
+    {
+        EXPECT_FALSE( location.Exists() || location.IsFile() || location.IsDirectory() );
+        EXPECT_THROW( location.IsLink(), FileNotFoundError );
+        try
+        {
+            ADD_FAILURE() << location.Platform().IsAlias();
+        }
+        catch ( FileNotFoundError const& error )
+        {
+            EXPECT_EQ( "File error \"17FileNotFoundError\""s + name, error.what() );
+        }
+    }
+    EXPECT_EQ( nullptr, PlatformLocation( CFURLRef() ).URL() );
+    EXPECT_THROW( Location().RequireNonEmpty(), EmptyFileLocationError );
+    Location const missing = At( "/missing" );
     EXPECT_EQ( &missing, &missing.RequireNonEmpty() );
 }
 
-TEST( AbsolutePath, BeginsWithASlash )
+TEST( SpecialFolder, IsALocationOrAnError )
 {
-    EXPECT_FALSE( IsAbsolutePath( nullptr ) || IsAbsolutePath( "" ) || IsAbsolutePath( "a/b" ) );
-    EXPECT_TRUE( IsAbsolutePath( "/" ) );
+    using MacintoshPlatform::MakeFileLocation;
+    EXPECT_TRUE( MakeFileLocation( kTemporaryFolderType, kLocalDomain, 1 ).IsDirectory() );
+    EXPECT_THROW( MakeFileLocation( 0, kUserDomain, 1 ), CannotCreateSpecialFolder );
 }
