@@ -1,0 +1,57 @@
+#include "files/mac/LocatedItem.h"
+
+#include "files/FileErrors.h"
+
+#include <cerrno>
+#include <fcntl.h>
+
+namespace MacintoshPlatform
+{
+
+namespace
+{
+
+std::string PathOf( FileLocation const& location )
+{
+    if ( location.URL() == nullptr )
+    {
+        throw EmptyFileLocationError( 0 );
+    }
+    std::string path = location.POSIXPath();
+    if ( path == "/" )
+    {
+        throw RootHasNoParent( ConstData( path ), 0 );
+    }
+    return path;
+}
+
+} // namespace
+
+LocatedItem::LocatedItem( FileLocation const& location )
+    : mPath( PathOf( location ) ), mSlash( mPath.rfind( '/' ) )
+{
+}
+
+int LocatedItem::OpenFolder()
+{
+    std::string const folder = mSlash == 0 ? "/" : mPath.substr( 0, mSlash );
+    mFolder = Descriptor( open( folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC ) );
+    return mFolder.IsOpen() || errno == EACCES ? 0 : errno;
+}
+
+ItemPlace LocatedItem::Place() const
+{
+    if ( !mFolder.IsOpen() )
+    {
+        return { AT_FDCWD, mPath.c_str(), mPath };
+    }
+    return { mFolder.Number(), mPath.c_str() + mSlash + 1, mPath };
+}
+
+int LocatedItem::ReadStatus( struct stat& status ) const
+{
+    ItemPlace const place = Place();
+    return fstatat( place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW ) == 0 ? 0 : errno;
+}
+
+} // namespace MacintoshPlatform

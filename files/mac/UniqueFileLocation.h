@@ -1,0 +1,17 @@
+#pragma once
+
+#include "files/mac/FileLocation.h"
+
+#include <string_view>
+
+namespace MacintoshPlatform
+{
+
+/// What files/UniqueFileLocation.h says, over the platform's locations. An empty location is
+/// FullPathFailed here.
+FileLocation CreateUniqueFile( FileLocation const& folder, std::string_view prefix );
+FileLocation CreateUniqueDirectory( FileLocation const& folder, std::string_view prefix );
+FileLocation CreateTemporaryFile( std::string_view prefix );
+FileLocation CreateTemporaryDirectory( std::string_view prefix );
+
+} // namespace MacintoshPlatform

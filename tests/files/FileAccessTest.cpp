@@ -1,0 +1,276 @@
+#include "files/FileErrors.h"
+#include "files/FileLoop.h"
+#include "files/FileNameErrors.h"
+#include "files/FileReader.h"
+#include "files/MakeFileLocation.h"
+#include "files/ReadFile.h"
+#include "files/UniqueFileLocation.h"
+#include "foundation/MakeString.h"
+#include "streams/ReadReader.h"
+#include "streams/StringReceiver.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/InChild.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <cxxabi.h>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <set>
+#include <sys/random.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+static bool gIsGuessable = false;
+
+// Takes the place of the C library's in this program.
+extern "C" int getentropy( void* buffer, std::size_t length )
+{
+    std::memset( buffer, 7, length );
+    return gIsGuessable || getrandom( buffer, length, 0 ) >= 0 ? 0 : -1;
+}
+
+namespace
+{
+
+std::string const kEnded = "29FileReadingLoopEndOfFileError";
+std::string const kUnique = "30CreateUniqueFileLocationFailed";
+
+FileLocation At( std::string const& path )
+{
+    return path.empty() ? FileLocation() : MakeFileLocation( path.c_str() );
+}
+
+// The class, with the code if it has one and "!" if that file is not named.
+std::string ErrorOf( std::string const& path, std::function<void()> const& action )
+{
+    try
+    {
+        action();
+        return "";
+    }
+    catch ( FileIOError const& error )
+    {
+        bool const isNamed = error.MakeErrorMessage().find( '"' + path + '"' ) != std::string::npos;
+        return typeid( error ).name() + std::to_string( error.GetCode() ) + ( isNamed ? "" : "!" );
+    }
+    catch ( ... )
+    {
+        return abi::__cxa_current_exception_type()->name();
+    }
+}
+
+// The names with "/" behind folders and "@" behind links.
+std::multiset<std::string> ItemsIn( std::string const& path, char const* pattern = nullptr )
+{
+    std::multiset<std::string> items;
+    for ( FileLoop loop( At( path ), pattern ); loop.Next(); )
+    {
+        std::string const name = MakeString( loop.Name() );
+        EXPECT_EQ( path + "/" + name, loop.Location().POSIXPath() );
+        items.insert( name + ( loop.IsDirectory() ? "/" : loop.IsLink() ? "@" : "" ) );
+    }
+    return items;
+}
+
+} // namespace
+
+TEST( FileLoop, GivesTheItemsThatThePatternMatchesAndFollowsALinkOnlyToTheFolderItself )
+{
+    TemporaryFolder const folder;
+    std::string const way = folder.Path( "way" ), longest = std::string( 254, 'x' ) + "\xE9";
+    fs::create_directories( folder.Path( "real/folder" ) );
+    fs::create_directory_symlink( "folder", folder.Path( "real/link" ) );
+    fs::create_directory_symlink( "real", way );
+    for ( std::string const name :
+        { "b.txt", "new\nl.txt", "b.doc", "c\xE9", "c\xC3\xA9", longest.c_str() } )
+        std::ofstream( folder.Path( "real/" + name ) );
+    std::pair<char const*, std::multiset<std::string>> const rows[] = {
+        { "*.txt", { "b.txt", "new\nl.txt" } }, { "b.*", { "b.txt", "b.doc" } },
+        { "c?", { "c\xE9", "c\xC3\xA9" } }, { "x*", { longest } },
+        { "*l*", { "folder/", "link@", "new\nl.txt" } }, { "", {} } };
+    for ( auto const& [pattern, items] : rows )
+        EXPECT_EQ( items, ItemsIn( way, pattern ) ) << pattern;
+    EXPECT_EQ( 8u, ItemsIn( way ).size() );
+}
+
+TEST( FileLoop, GoesThroughAHundredThousandItemsInConstantMemoryAndSkipsWhatVanishes )
+{
+    constexpr unsigned kCount = 100000;
+    if ( access( "/dev/shm", W_OK ) == 0 )
+        setenv( "TMPDIR", "/dev/shm", 1 ); // where so many items are made fast
+    TemporaryFolder const folder;
+    unsetenv( "TMPDIR" );
+    fs::current_path( folder.Path() );
+    for ( unsigned item = 0; item < kCount; ++item )
+        ASSERT_EQ( 0, symlink( "x", std::to_string( item ).c_str() ) );
+    std::vector<bool> seen( kCount );
+    unsigned count = 0;
+    long const before = LiveAllocations();
+    FileLoop vanishing( At( folder.Path() ) );
+    for ( FileLoop loop( At( folder.Path() ) ); loop.Next(); ++count )
+    {
+        seen.at( std::stoul( MakeString( loop.Name() ) ) ) = true;
+        ASSERT_LT( LiveAllocations() - before, 30 );
+    }
+    EXPECT_EQ( kCount, count );
+    EXPECT_EQ( kCount, std::count( seen.begin(), seen.end(), true ) );
+    ASSERT_TRUE( vanishing.Next() );
+    for ( unsigned item = 0; item < kCount; ++item )
+        unlink( std::to_string( item ).c_str() );
+    EXPECT_FALSE( vanishing.Next() );
+    fs::current_path( "/" );
+}
+
+TEST( FileAccess, FailsWithAnErrorThatSaysWhy )
+{
+    TemporaryFolder const folder;
+    fs::permissions( folder.Path(), fs::perms::all );
+    std::ofstream( folder.Path( "file" ) );
+    fs::create_symlink( "circle", folder.Path( "circle" ) );
+    fs::create_symlink( "fifo", folder.Path( "link" ) );
+    mknod( folder.Path( "fifo" ).c_str(), S_IFIFO | 0600, 0 );
+    mknod( folder.Path( "socket" ).c_str(), S_IFSOCK | 0600, 0 );
+    mknod( folder.Path( "locked" ).c_str(), S_IFREG, 0 );
+    mkdir( folder.Path( "closed" ).c_str(), 0 );
+    std::string const noFolder = "22DirectoryNotFoundError-120", missing = "17FileNotFoundError-43",
+                      locked = "19FilePermissionError-5000", noFile = "13FileItemError-36",
+                      empty = "22EmptyFileLocationError0!", noLoop = "21FSIteratorCreateError";
+    std::tuple<std::string, std::string, std::string, std::string> const rows[] = {
+        { folder.Path( "none" ), missing, missing, missing },
+        { folder.Path( "none/x" ), noFolder, noFolder, noFolder },
+        { folder.Path( "file" ), noFolder, "", noFolder },
+        { folder.Path( "link" ), noFolder, noFile, noFolder },
+        { folder.Path( "socket" ), noFolder, noFile, noFolder },
+        { "/dev/zero", noFolder, noFile, noFolder },
+        { folder.Path( "closed" ), locked, noFile, locked },
+        { folder.Path( "locked" ), noFolder, locked, noFolder },
+        { folder.Path( "circle" ), noLoop, "16FileNotOpenError-36", kUnique + "-36" },
+        { "", empty, empty, empty } };
+    auto const errors = [&]
+    {
+        BecomeOrdinaryUser();
+        std::string wrong;
+        for ( auto const& [path, loop, reader, unique] : rows )
+        {
+            FileLocation const at = At( path );
+            wrong += ErrorOf( path, [&] { FileLoop( at, "*" ); } ) == loop ? "" : " loop " + path;
+            wrong +=
+                ErrorOf( path, [&] { FileReader( at, 0, 0 ); } ) == reader ? "" : " reader " + path;
+            for ( auto* const create : { CreateUniqueFile, CreateUniqueDirectory } )
+                wrong +=
+                    ErrorOf( path, [&] { create( at, "a" ); } ) == unique ? "" : " unique " + path;
+        }
+        // A folder that may be listed but not searched.
+        fs::create_directories( folder.Path( "listed/item" ) );
+        fs::permissions( folder.Path( "listed" ), fs::perms::owner_read );
+        wrong += ItemsIn( folder.Path( "listed" ) ).count( "item/" ) == 1 ? "" : " not listed ";
+        // Descriptors that are gone, and none left.
+        int const next = dup( 0 );
+        close( next );
+        FileLoop loop( At( folder.Path() ) );
+        FileReader reader( At( folder.Path( "file" ) ) );
+        close( next );
+        close( next + 1 );
+        wrong += ErrorOf( "", [&] { loop.Next(); } );
+        wrong += ErrorOf( folder.Path( "file" ), [&] { ReadReader( reader ); } );
+        rlimit const none = {};
+        setrlimit( RLIMIT_NOFILE, &none );
+        return wrong + ErrorOf( "", [&] { FileLoop( At( "/" ) ); } );
+    };
+    EXPECT_EQ(
+        "N17MacintoshPlatform14FileLoopFailedE11FileIOError-36" + noLoop, InChild( errors ) );
+}
+
+TEST( FileReader, ReadsARangeOrSaysThatTheFileEndedBefore )
+{
+    TemporaryFolder const folder;
+    constexpr std::uint64_t kFar = 5ull << 30;
+    std::ofstream( folder.Path( "file" ) ) << "0123456789";
+    std::ofstream( folder.Path( "sparse" ) ).seekp( kFar ) << "end";
+    std::tuple<char const*, std::uint64_t, std::uint64_t, std::string> const rows[] = {
+        { "file", 0, 0, "" }, { "file", 0, 10, "0123456789" }, { "file", 3, 4, "3456" },
+        { "file", 11, 0, "" }, { "file", UINT64_MAX, 0, "" }, { "file", 10, 1, kEnded },
+        { "file", 5, 6, "56789" + kEnded }, { "file", 1, UINT64_MAX, "123456789" + kEnded },
+        { "file", INT64_MAX, 1, kEnded }, { "file", UINT64_MAX, UINT64_MAX, kEnded },
+        { "sparse", kFar, 3, "end" }, { "sparse", kFar + 1, 3, "nd" + kEnded } };
+    for ( auto const& [name, offset, length, expected] : rows )
+    {
+        std::string bytes;
+        StringReceiver receiver( bytes );
+        std::string const error = ErrorOf( "", [&, offset = offset, length = length, name = name]
+            { ReadFile( At( folder.Path( name ) ), offset, length, receiver ); } );
+        EXPECT_EQ( expected, bytes + error ) << offset << "+" << length;
+    }
+}
+
+TEST( FileReader, ReadsAFileToItsEndWhateverSizeItReportsAndToALimit )
+{
+    TemporaryFolder const folder;
+    std::string const path = folder.Path( "file" );
+    fs::create_symlink( "file", folder.Path( "link" ) );
+    for ( unsigned const size : { 0u, 1u, 65537u } )
+    {
+        std::string const content( size, 'x' );
+        std::ofstream( path ) << content;
+        EXPECT_EQ( content, ReadFile( At( folder.Path( "link" ) ), size ) );
+        FileReader reader( At( path ) );
+        Buffer full;
+        reader >> full;
+        EXPECT_EQ( content, ReadReader( reader ) );
+        reader.Reset();
+        std::ofstream( path, std::ios::app ) << "more";
+        EXPECT_EQ( content + "more", ReadReader( reader ) );
+        EXPECT_EQ(
+            "13FileItemError-36", ErrorOf( path, [&] { ReadFile( At( path ), size + 3 ); } ) );
+    }
+    EXPECT_NE( std::string::npos, ReadFile( At( "/proc/self/status" ), 100000 ).find( "Pid:" ) );
+}
+
+TEST( UniqueFileLocation, MakesPrivateItemsUnderNewNamesAndTakesNone )
+{
+    TemporaryFolder const folder;
+    std::set<std::string> endings;
+    FileLocation const at = At( folder.Path() );
+    for ( auto* const create : { CreateUniqueFile, CreateUniqueDirectory } )
+    {
+        bool const isFile = create == CreateUniqueFile;
+        for ( std::string const& prefix :
+            { std::string(), std::string( 223, 'x' ), std::string( "\xFF" ) } )
+        {
+            std::string const path = create( at, prefix ).POSIXPath();
+            EXPECT_EQ( fs::perms( isFile ? 0600 : 0700 ), fs::status( path ).permissions() );
+            EXPECT_EQ( isFile, fs::is_regular_file( path ) );
+            EXPECT_EQ( 0u, path.find( folder.Path( prefix ) ) );
+            endings.insert( path.substr( path.size() - 32 ) );
+        }
+        EXPECT_THROW( create( at, "a/b" ), IllegalFileName );
+        EXPECT_THROW( create( at, std::string_view( "a\0b", 3 ) ), IllegalFileName );
+        EXPECT_THROW( create( at, std::string( 224, 'x' ) ), IllegalFileNameLength );
+        gIsGuessable = true;
+        fs::path const taken = create( at, "" ).POSIXPath();
+        auto const again = [&] { create( at, "" ); };
+        EXPECT_EQ( kUnique + "-48", ErrorOf( folder.Path(), again ) );
+        fs::remove( taken );
+        fs::create_symlink( folder.Path( "victim" ), taken );
+        EXPECT_EQ( kUnique + "-48", ErrorOf( folder.Path(), again ) );
+        fs::remove( taken );
+        gIsGuessable = false;
+    }
+    EXPECT_EQ( 6u, endings.size() );
+    bool hasFailed = true;
+    for ( long call = 1; hasFailed; ++call )
+    {
+        EXPECT_EQ( 6u, ItemsIn( folder.Path() ).size() ) << call;
+        AllocationFailure const failure( call );
+        ErrorOf( "", [&] { CreateUniqueFile( at, "" ); } );
+        hasFailed = failure.HasFailed();
+    }
+    EXPECT_TRUE( fs::remove( CreateTemporaryFile( "a" ).POSIXPath() ) );
+    EXPECT_TRUE( fs::remove( CreateTemporaryDirectory( "a" ).POSIXPath() ) );
+}

@@ -1,0 +1,428 @@
+#include "files/FileOperations.h"
+
+#include "files/FileErrors.h"
+#include "files/mac/FileErrors.h"
+#include "files/MakeFileLocation.h"
+#include "tests/support/InChild.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stdio.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <regex>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+int gStepsLeft = -1; // when it becomes 0, that system call fails; negative: none does
+int gError = 0;      // with this error; 0: the process is killed
+bool gRenamesExclusively = true;
+mode_t gModesWhileWritten = 0;
+std::function<void()> gAtSync = [] {};
+
+template<class Call, class... Arguments>
+auto Step( Call* call, Arguments... arguments ) -> decltype( call( arguments... ) )
+{
+    if ( gStepsLeft < 0 || --gStepsLeft != 0 )
+        return call( arguments... );
+    gStepsLeft = -1;
+    if ( gError == 0 )
+        raise( SIGKILL );
+    errno = gError;
+    return -1;
+}
+
+} // namespace
+
+extern "C"
+{
+    decltype( renameat ) __real_renameat;
+
+    int __wrap_renameat( int folder, char const* from, int toFolder, char const* to )
+    {
+        return Step( __real_renameat, folder, from, toFolder, to );
+    }
+
+    decltype( renameatx_np ) __real_renameatx_np;
+
+    int __wrap_renameatx_np( int f, char const* from, int t, char const* to, unsigned flags )
+    {
+        errno = ENOTSUP;
+        return gRenamesExclusively ? Step( __real_renameatx_np, f, from, t, to, flags ) : -1;
+    }
+
+    ssize_t __wrap_copy_file_range( int, off_t*, int, off_t*, std::size_t, unsigned )
+    {
+        errno = EXDEV; // so that files are written in several steps
+        return -1;
+    }
+
+    decltype( pwrite ) __real_pwrite;
+
+    ssize_t __wrap_pwrite( int file, void const* bytes, std::size_t count, off_t at )
+    {
+        struct stat status = {};
+        gModesWhileWritten |= fstat( file, &status ) == 0 ? status.st_mode & 07777 : 07777;
+        return Step( __real_pwrite, file, bytes, count, at );
+    }
+
+    decltype( fsync ) __real_fsync;
+
+    int __wrap_fsync( int file )
+    {
+        gAtSync();
+        return Step( __real_fsync, file );
+    }
+
+    decltype( unlinkat ) __real_unlinkat;
+
+    int __wrap_unlinkat( int folder, char const* name, int flags )
+    {
+        return Step( __real_unlinkat, folder, name, flags );
+    }
+}
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+using Operation = std::function<void( FileLocation const&, FileLocation const& )>;
+
+std::map<std::string, Operation> const gOperations = {
+    { "CreateFile", []( auto& at, auto& ) { CreateFile( at ); } },
+    { "CreateDirectory", []( auto& at, auto& ) { CreateDirectory( at ); } },
+    { "ForceDirectoryExistence", []( auto& at, auto& ) { ForceDirectoryExistence( at ); } },
+    { "DeleteFile", []( auto& at, auto& ) { DeleteFile( at ); } },
+    { "DeleteDirectory", []( auto& at, auto& ) { DeleteDirectory( at ); } },
+    { "ForceNonexistence", []( auto& at, auto& ) { ForceNonexistence( at ); } },
+    { "CopyFile", CopyFile },
+    { "ForceCopyFile", ForceCopyFile },
+    { "MoveFile", MoveFile },
+    { "ForceMoveFile", ForceMoveFile },
+};
+
+std::string Content( std::string const& path )
+{
+    std::ostringstream text;
+    text << std::ifstream( path, std::ios::binary ).rdbuf();
+    return text.str();
+}
+
+void Write( std::string const& path, std::string const& content )
+{
+    std::ofstream( path, std::ios::binary ) << content;
+}
+
+struct stat StatusOf( std::string const& path )
+{
+    struct stat status = {};
+    lstat( path.c_str(), &status );
+    return status;
+}
+
+std::string Replaced( std::string const& text, char const* form, std::string const& by )
+{
+    return std::regex_replace( text, std::regex( form ), by );
+}
+
+/// A text that starts with "/" is a path; others are names in `folder`.
+FileLocation Locate( std::string const& folder, std::string const& name )
+{
+    std::string const path = name[0] == '/' ? name : folder + "/" + name;
+    return name == "<empty>" ? FileLocation() : MakeFileLocation( path.c_str() );
+}
+
+/// The class of the error, its names and its code; empty for none.
+std::string Perform( std::string const& operation, std::string const& folder,
+    std::string const& from, std::string const& to )
+{
+    try
+    {
+        gOperations.at( operation )( Locate( folder, from ), Locate( folder, to ) );
+        return "";
+    }
+    catch ( FileIOError const& error )
+    {
+        std::string const text =
+            Replaced( error.what(), ": .*", " " + std::to_string( error.GetCode() ) );
+        return Replaced( text, "File error \"\\d*|/[^\"]*/w/|\"| on| and", "" );
+    }
+}
+
+void MakeItems( std::string const& folder )
+{
+    for ( char const* const name : { "/dir", "/full" } )
+        fs::create_directory( folder + name );
+    for ( char const* const name : { "/file", "/other", "/full/x" } )
+        Write( folder + name, name );
+    fs::create_hard_link( folder + "/file", folder + "/hard" );
+    mkfifo( ( folder + "/fifo" ).c_str(), 0644 );
+    fs::create_symlink( "file", folder + "/link" );
+    fs::create_symlink( "full", folder + "/dirlink" );
+    fs::create_symlink( "nowhere", folder + "/dangling" );
+}
+
+std::map<std::string, std::string> ReadItems( std::string const& folder )
+{
+    std::map<std::string, std::string> items;
+    for ( fs::directory_entry const& entry : fs::recursive_directory_iterator( folder ) )
+        items[entry.path().string().substr( folder.size() + 1 )] =
+            entry.is_symlink()        ? "->" + fs::read_symlink( entry ).string()
+            : entry.is_directory()    ? "/"
+            : entry.is_regular_file() ? ":" + Content( entry.path() )
+                                      : "|";
+    return items;
+}
+
+/// What became of the items: " +new" for those that are new or have another content, " -gone".
+std::string Changes( std::map<std::string, std::string> const& before,
+    std::map<std::string, std::string> const& after )
+{
+    std::string changes;
+    for ( auto const& [name, content] : after )
+        if ( before.count( name ) == 0 || before.at( name ) != content )
+            changes += " +" + name + content;
+    for ( auto const& [name, content] : before )
+        changes += after.count( name ) == 0 ? " -" + name : "";
+    return changes;
+}
+
+/// In which folder: one that is "plain", "locked" (not to be written to), "unreadable", "readonly"
+/// or "full"; with "dir" in another file system ("mounted"), and locked as well ("walled"); in a
+/// system "old" that cannot rename exclusively; or another process writes "new" or "file" at the
+/// first sync.
+struct Case
+{
+    std::string place, operation, from, to;
+};
+
+/// What running the case in a child gave: the error and the changes.
+std::string Outcome( Case const& test )
+{
+    TemporaryFolder const folder;
+    std::string const work = folder.Path( "w" );
+    auto const isIn = [&]( char const* places )
+    { return std::string( places ).find( test.place ) != std::string::npos; };
+    fs::permissions( folder.Path(), fs::perms( 0755 ) );
+    fs::create_directory( work );
+    bool const mayMount = !isIn( "readonly full" ) || MountPrivately( work, "64k" );
+    MakeItems( work );
+    if ( !mayMount || ( isIn( "mounted walled file" ) && !MountPrivately( work + "/dir", "64k" ) ) )
+        return "SKIPPED";
+    if ( test.place == "full" )
+        Write( work + "/fill", std::string( 100000, 'f' ) );
+    auto const before = ReadItems( work );
+    if ( isIn( "locked unreadable walled" ) && geteuid() == 0 &&
+         chown( work.c_str(), 65534, 65534 ) == 0 )
+        BecomeOrdinaryUser();
+    if ( test.place == "readonly" )
+        RemountReadOnly( work );
+    chmod( work.c_str(), isIn( "unreadable" ) ? 0300 : isIn( "locked walled" ) ? 0500 : 0700 );
+    gRenamesExclusively = test.place != "old";
+    if ( isIn( "file new" ) )
+        gAtSync = [&] { Write( work + "/" + test.place, "foreign" ); };
+    std::string const error = Perform( test.operation, work, test.from, test.to );
+    chmod( work.c_str(), 0755 );
+    return ( error.empty() ? "" : " " + error ) + Changes( before, ReadItems( work ) );
+}
+
+/// In each place the operations, their locations, and what comes out.
+std::pair<char const*, char const*> const gCases[] = {
+    { "plain", R"(CreateFile new = +new:; CreateFile <255> = +<255>:;
+CreateFile <255>n = FileCreateFailed <255>n -37;
+CreateFile missing/new = DirectoryNotFoundError missing/new -120;
+CreateFile file/new = DirectoryNotFoundError file/new -120;
+CreateFile dangling = FileExists dangling -48; CreateFile / = RootHasNoParent /;
+CreateFile <empty> = EmptyFileLocationError; CreateDirectory new = +new/;
+CreateDirectory dir = DirectoryExists dir -48; ForceDirectoryExistence a/b = +a/ +a/b/;
+ForceDirectoryExistence dirlink =; ForceDirectoryExistence / =;
+ForceDirectoryExistence link = FileExists link -48;
+ForceDirectoryExistence dangling/x = FileExists dangling dangling/x -48;
+DeleteFile dirlink = -dirlink; DeleteFile fifo = -fifo; DeleteFile dir = FileItemError dir -36;
+DeleteFile missing = FileNotFoundError missing -43; DeleteDirectory dir = -dir;
+DeleteDirectory full = DirectoryNotEmpty full -47;
+DeleteDirectory dirlink = DirectoryNotFoundError dirlink -120;
+ForceNonexistence dirlink = -dirlink; ForceNonexistence dir = -dir;
+ForceNonexistence full = DirectoryNotEmpty full -47; ForceNonexistence missing/x =;
+ForceNonexistence file/x =; CopyFile file > <255> = +<255>:/file;
+CopyFile dangling > new = +new->nowhere;
+CopyFile file > dangling = FileExists dangling file -48;
+CopyFile dir > new = FileItemError dir new -36;
+CopyFile fifo > new = FileItemError fifo new -36;
+CopyFile missing > new = FileNotFoundError missing new -43;
+CopyFile file > missing/x = DirectoryNotFoundError missing/x file -120;
+ForceCopyFile file > link = +link:/file;
+ForceCopyFile file > dir = DirectoryExists dir file -48; ForceCopyFile file > hard =;
+MoveFile full > new = +new/ +new/x:/full/x -full -full/x;
+MoveFile file > link = FileExists link file -48;
+MoveFile full > dir = DirectoryExists dir full -48;
+MoveFile full > full/sub = FileMoveFailed full full/sub -36;
+ForceMoveFile file > fifo = +fifo:/file -file; ForceMoveFile file > hard =;
+ForceMoveFile full > dir/../full =; ForceMoveFile file > dir = DirectoryExists dir file -48;
+ForceMoveFile dir > new = +new/ -dir; ForceMoveFile dir > other = FileExists other dir -48)" },
+    { "locked", R"(ForceDirectoryExistence a/b = FilePermissionError a a/b -5000;
+ForceNonexistence file = FilePermissionError file -5000;
+ForceCopyFile file > other = FilePermissionError other file -5000;
+ForceMoveFile file > other = FilePermissionError file other -5000)" },
+    { "unreadable", R"(ForceCopyFile file > other = +other:/file)" },
+    { "readonly", R"(CreateFile new = FileCreateFailed new -46; ForceDirectoryExistence full =;
+DeleteFile file = FileDeleteFailed file -46;
+ForceCopyFile file > other = FileCopyFailed other file -46)" },
+    { "full", R"(ForceCopyFile file > other = DiskFullError other file -34)" },
+    { "mounted",
+        R"(DeleteDirectory dir = FileBusyError dir -47; MoveFile link > dir/new = +dir/new->file -link;
+MoveFile full > dir/new = +dir/new/ +dir/new/x:/full/x -full -full/x;
+MoveFile fifo > dir/new = FileItemError fifo dir/new -36)" },
+    { "walled",
+        R"(MoveFile file > dir/new = FilePermissionError file dir/new -5000 +dir/new:/file)" },
+    { "old",
+        R"(CopyFile file > new = +new:/file; MoveFile full > new = +new/ +new/x:/full/x -full -full/x;
+MoveFile full > other = FileExists other full -48; MoveFile fifo > new = +new| -fifo)" },
+    { "new", R"(CopyFile file > new = FileExists new file -48 +new:foreign)" },
+    { "file",
+        R"(MoveFile file > dir/new = FileBusyError file dir/new -47 +dir/new:/file +file:foreign +hard:foreign)" },
+};
+
+std::string const gNew( 150000, 'n' );
+
+/// Runs an operation again and again, another system call failing each time, until none fails.
+/// Answers what was wrong then. Kills the process where `error` is 0.
+std::string SurviveEveryStep( std::string const& operation, std::string const& to, int error )
+{
+    TemporaryFolder const folder;
+    fs::create_directory( folder.Path( "dir" ) );
+    if ( to == "dir/to" && !MountPrivately( folder.Path( "dir" ), "1m" ) )
+        return "SKIPPED";
+    for ( int step = 1;; ++step )
+    {
+        bool const replaces = operation.starts_with( "Force" );
+        fs::remove( folder.Path( to ) );
+        Write( folder.Path( "from" ), gNew );
+        if ( replaces )
+            Write( folder.Path( to ), "old" );
+        auto const run = [&]
+        {
+            gError = error;
+            gStepsLeft = step;
+            std::string const result = Perform( operation, folder.Path(), "from", to );
+            return std::exchange( gStepsLeft, -1 ) > 0 ? "done" : result;
+        };
+        std::string const result = error == 0 ? InChild( run ) : run();
+        std::string const fault = operation + ", step " + std::to_string( step ) + ": " + result;
+        if ( result == "done" )
+            return step < 3 ? fault : "";
+        unsigned temporaries = 0;
+        for ( auto const& [name, content] : ReadItems( folder.Path() ) )
+            temporaries += name.find( ".unf" ) != name.npos && fs::remove( folder.Path( name ) );
+        std::string const content = Content( folder.Path( to ) );
+        bool const isNew = content == gNew;
+        if ( result.empty() || ( !isNew && content != ( replaces ? "old" : "" ) ) ||
+             ( !isNew && Content( folder.Path( "from" ) ) != gNew ) ||
+             ( !replaces && fs::exists( folder.Path( to ) ) != isNew ) ||
+             ( error != 0 && temporaries > 0 ) )
+            return fault;
+    }
+}
+
+} // namespace
+
+TEST( FileOperation, ChangesWhatItSaysOrNothingAndNamesTheFault )
+{
+    unsigned skipped = 0;
+    std::regex const form( "(\\S+) ([^ ;]+)(?: > ([^ ;]+))? =([^;]*)" );
+    for ( auto const& [place, cases] : gCases )
+    {
+        std::string const text = Replaced( cases, "<255>", std::string( 255, 'n' ) );
+        for ( std::sregex_iterator row( text.begin(), text.end(), form ), end; row != end; ++row )
+        {
+            Case const test{ place, ( *row )[1], ( *row )[2], ( *row )[3] };
+            std::string const outcome = InChild( [&] { return Outcome( test ); } );
+            skipped += outcome == "SKIPPED";
+            EXPECT_TRUE( outcome == ( *row )[4] || outcome == "SKIPPED" )
+                << place << ": " << row->str() << "\n"
+                << outcome;
+        }
+    }
+    if ( skipped > 0 )
+        GTEST_SKIP() << "SKIPPED: " << skipped << " cases, for this user may not mount";
+}
+
+TEST( FileOperation, LeavesTheOldOrTheNewItemWhicheverStepFailsOrIsTheLast )
+{
+    for ( auto const& test :
+        std::multimap<std::string, std::string>{ { "CopyFile", "to" }, { "ForceCopyFile", "to" },
+            { "ForceMoveFile", "to" }, { "MoveFile", "dir/to" }, { "ForceMoveFile", "dir/to" } } )
+        for ( int const error : { 0, EIO, ENOSPC } )
+        {
+            std::string const result =
+                InChild( [&] { return SurviveEveryStep( test.first, test.second, error ); } );
+            if ( result == "SKIPPED" )
+                GTEST_SKIP() << "SKIPPED: this user may not mount";
+            EXPECT_EQ( "", result ) << error;
+        }
+}
+
+TEST( FileOperation, KeepsModeAndTimesAndLetsNobodyReadMoreThanBefore )
+{
+    TemporaryFolder const folder;
+    timespec const times[] = { { 1, 2 }, { -3, 999999999 } };
+    Write( folder.Path( "file" ), "text" );
+    fs::create_symlink( "file", folder.Path( "link" ) );
+    ASSERT_TRUE( geteuid() != 0 || chown( folder.Path( "file" ).c_str(), 65534, 65534 ) == 0 );
+    ASSERT_EQ( 0, chmod( folder.Path( "file" ).c_str(), 06751 ) );
+    for ( std::string const name : { "file", "link" } )
+    {
+        std::string const path = folder.Path( name );
+        ASSERT_EQ( 0, utimensat( AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW ) );
+        ASSERT_EQ( "", Perform( "ForceCopyFile", folder.Path(), name, name + "2" ) );
+        struct stat const status = StatusOf( path + "2" );
+        EXPECT_EQ( StatusOf( path ).st_mode, status.st_mode ) << name;
+        EXPECT_EQ( StatusOf( path ).st_uid, status.st_uid ) << name;
+        EXPECT_EQ( -3, status.st_mtim.tv_sec ) << name;
+        EXPECT_EQ( 999999999, status.st_mtim.tv_nsec ) << name;
+        EXPECT_EQ( 2, status.st_atim.tv_nsec ) << name;
+    }
+    EXPECT_EQ( 0600u, gModesWhileWritten );
+    if ( geteuid() != 0 )
+        GTEST_SKIP() << "SKIPPED: only root has files of others";
+    ASSERT_EQ( 0, chown( folder.Path( "file" ).c_str(), 0, 0 ) );
+    ASSERT_EQ( 0, chmod( folder.Path( "file" ).c_str(), 06774 ) );
+    ASSERT_EQ( 0, chmod( folder.Path().c_str(), 0777 ) );
+    InChild(
+        [&]
+        {
+            BecomeOrdinaryUser();
+            return Perform( "CopyFile", folder.Path(), "file", "own" );
+        } );
+    EXPECT_EQ( 0744u, StatusOf( folder.Path( "own" ) ).st_mode & 07777 );
+}
+
+TEST( FileOperation, GivesThePermissionsAskedForLessTheUmaskAndTakesPathsOf1023Bytes )
+{
+    TemporaryFolder const folder;
+    mode_t const old = umask( 0027 );
+    CreateFile( Locate( folder.Path(), "a/b" ), { .permissions = 0666, .makesParents = true } );
+    CreateDirectory( Locate( folder.Path(), "dir" ), { .permissions = 0705 } );
+    umask( old );
+    EXPECT_EQ( 0640u, StatusOf( folder.Path( "a/b" ) ).st_mode & 07777 );
+    EXPECT_EQ( 0700u, StatusOf( folder.Path( "dir" ) ).st_mode & 07777 );
+    EXPECT_EQ( 0750u, StatusOf( folder.Path( "a" ) ).st_mode & 07777 );
+
+    std::string parent = folder.Path();
+    for ( ; parent.size() < 900; fs::create_directory( parent ) )
+        parent += "/" + std::string( 50, 'd' );
+    std::string const name( 1022 - parent.size(), 'n' );
+    EXPECT_EQ( "", Perform( "ForceCopyFile", parent, folder.Path( "a/b" ), name ) );
+    EXPECT_TRUE( fs::exists( parent + "/" + name ) );
+    EXPECT_THROW( CreateFile( Locate( parent, name + "n" ) ), MacintoshPlatform::FullPathFailed );
+}

@@ -1,0 +1,301 @@
+#include "files/TreeOperations.h"
+
+#include "files/FileErrors.h"
+#include "files/MakeFileLocation.h"
+#include "tests/support/InChild.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using MacintoshPlatform::ItemPlace;
+using Path = std::string;
+
+namespace
+{
+
+/// What `operation` says about the items at the paths: an error's message, or "done".
+template<class Operation, class... Paths>
+std::string Result( Operation const& operation, Paths const&... paths )
+{
+    try
+    {
+        operation( MakeFileLocation( paths.c_str() )... );
+        return "done";
+    }
+    catch ( FileIOError const& error )
+    {
+        return error.what();
+    }
+}
+
+template<class Error>
+std::string About( std::int32_t code, Path const& first, Path const& second = {} )
+{
+    return Error( ConstData( first ), ConstData( second ), code ).MakeErrorMessage();
+}
+
+/// Runs `check` with a new folder in a child, who is an ordinary user or, `withDisk`, has a small
+/// disk of its own in memory there.
+void Check( bool withDisk, void ( *check )( Path const& folder ) )
+{
+    auto const run = [=]() -> std::string
+    {
+        if ( !withDisk )
+            BecomeOrdinaryUser();
+        TemporaryFolder const folder;
+        if ( withDisk && !MountPrivately( folder.Path(), "64m" ) )
+            return "may not mount";
+        check( folder.Path() );
+        return testing::Test::HasFailure() ? "failed" : "passed";
+    };
+    std::string const result = InChild( run );
+    if ( result == "may not mount" )
+        GTEST_SKIP() << "SKIPPED: this user " << result;
+    EXPECT_EQ( result, "passed" );
+}
+
+/// What a shell's commands in a folder write.
+std::string Shell( Path const& folder, std::string const& commands )
+{
+    FILE* const output = popen( ( "set -e; cd " + folder + "; " + commands ).c_str(), "r" );
+    std::string bytes;
+    for ( int byte; ( byte = getc( output ) ) != EOF; )
+        bytes += static_cast<char>( byte );
+    EXPECT_EQ( pclose( output ), 0 );
+    return bytes;
+}
+
+/// All that an archive keeps of a tree: names, content, permissions, times, links, hard links.
+std::string Archive( Path const& root )
+{
+    return Shell( root, "tar -c --sort=name --format=posix "
+                        "--pax-option=exthdr.name=%f,delete=atime,delete=ctime ." );
+}
+
+void MakeTree( Path const& root )
+{
+    fs::create_directory( root );
+    Shell( root, "mkdir -p full/empty '\xff\xfe' p/a p/c q/b q/d; echo 1 > full/file\n"
+                 "echo 2 > '\xff\xfe/\x80'; echo 3 > p/a/1; chmod 4751 p/a/1; echo 4 > p/c/2\n"
+                 "echo 5 > p/a/3; ln p/a/1 q/b/1; ln p/c/2 q/b/2; ln p/a/3 q/d/3\n"
+                 "ln -s nowhere dangling; ln -P dangling 'full/hard link'\n"
+                 "ln -s /etc '\xff\xfe/outside'\n"
+                 "touch -hd @987654321.123456789 full/file dangling '\xff\xfe' full ." );
+}
+
+/// Makes folders in one another below `root`, each called "d", and a file in the last one.
+void MakeDeep( Path const& root, unsigned depth )
+{
+    fs::create_directory( root );
+    int folder = open( root.c_str(), O_RDONLY );
+    for ( ; depth > 0 && mkdirat( folder, "d", 0755 ) == 0; --depth )
+        close( std::exchange( folder, openat( folder, "d", O_RDONLY ) ) );
+    close( openat( folder, "end", O_CREAT, 0644 ) );
+    close( folder );
+}
+
+/// What a visitor meets, who runs commands at each item, and the result.
+std::string Walk( Path const& root, std::string const& atItem = "true" )
+{
+    struct Recorder : TreeVisitor
+    {
+        bool FolderBegins( ItemPlace const& folder, struct stat const& ) override
+        {
+            text += Path( folder.name ) + '{';
+            if ( text.ends_with( "swapped{" ) )
+                Shell( root, "mv swapped ../gone; ln -s ../deep swapped" );
+            return !text.ends_with( "passed{" );
+        }
+
+        void VisitItem( ItemPlace const& item, struct stat const& ) override
+        {
+            text += item.name[0];
+            Shell( root, atItem );
+        }
+
+        void FolderEnds( ItemPlace const&, struct stat const& ) override { text += '}'; }
+
+        Path root, atItem, text;
+    } recorder;
+
+    recorder.root = root;
+    recorder.atItem = atItem;
+    auto const walk = [&]( FileLocation const& location ) { WalkTree( location, recorder ); };
+    std::string const result = Result( walk, root );
+    return recorder.text.erase( 0, std::min( root.size(), recorder.text.size() ) ) + result;
+}
+
+TEST( CopyTree, KeepsAllOfATreeOrNamesTheItemThatFailsAndLeavesNothing )
+{
+    auto const check = []( Path const& folder )
+    {
+        Path const tree = folder + "/tree";
+        Path const copy = folder + "/copy";
+        MakeTree( tree );
+        Shell( tree, "chmod 555 full '\xff\xfe' p q/b" ); // for its owner, too
+        EXPECT_EQ( Result( CopyTree, tree, copy ), "done" );
+        EXPECT_TRUE( Archive( copy ) == Archive( tree ) );
+        EXPECT_EQ( Result( CopyTree, tree + "/dangling", folder + "/link" ), "done" );
+        EXPECT_EQ( Result( CopyTree, tree, folder + "/link" ),
+            About<FileExists>( -48, folder + "/link", tree ) );
+        Shell( folder, "chmod -R u+w copy; rm -r copy; mkfifo tree/pipe" );
+        EXPECT_EQ( Result( CopyTree, tree, copy ),
+            About<FileItemError>( -36, tree + "/pipe", copy + "/pipe" ) );
+        Shell( tree, "rm pipe; chmod 0 full/empty" );
+        EXPECT_EQ( Result( CopyTree, tree, copy ),
+            About<FilePermissionError>( -5000, tree + "/full/empty", copy + "/full/empty" ) );
+        EXPECT_EQ( Shell( folder, "ls -A; readlink link" ), "link\ntree\nnowhere\n" );
+    };
+    Check( false, check );
+}
+
+TEST( CopyTree, RefusesToCopyATreeIntoItself )
+{
+    TemporaryFolder const folder;
+    Shell( folder.Path(), "mkdir -p tree/full/empty; ln -s tree/full/empty inside" );
+    std::pair<char const*, char const*> const rows[]{ { "tree", "tree/copy" },
+        { "tree", "inside/../copy" }, { "tree/full/..", "tree/copy" }, { ".", "copy" } };
+    for ( auto const& [from, to] : rows )
+        EXPECT_EQ( Result( CopyTree, folder.Path( from ), folder.Path( to ) ),
+            About<FileCopyFailed>( -36, folder.Path( from ), folder.Path( to ) ) );
+    EXPECT_EQ(
+        Shell( folder.Path(), "ls -A . tree/full" ), ".:\ninside\ntree\n\ntree/full:\nempty\n" );
+    EXPECT_EQ( Result( CopyTree, folder.Path( "tree" ), folder.Path( "tree2" ) ), "done" );
+}
+
+TEST( TreeOperations, MeetFullAndMountedFileSystems )
+{
+    auto const check = []( Path const& folder )
+    {
+        Path const tree = folder + "/tree";
+        Shell( folder,
+            "mkdir -p tree/disk tree/sub other; yes | head -c 24000000 | tee tree/sub/b > tree/c" );
+        EXPECT_THAT( Result( CopyTree, tree, folder + "/copy" ),
+            testing::MatchesRegex( ".*DiskFullError.*/copy/.*/tree/.*" ) );
+        EXPECT_EQ( Shell( folder, "ls -A; rm -r tree/sub tree/c" ), "other\ntree\n" );
+
+        mount( "tmpfs", ( tree + "/disk" ).c_str(), "tmpfs", 0, nullptr );
+        MakeDeep( tree + "/disk", 0 );
+        EXPECT_EQ(
+            Result( ForceDeleteRecursive, tree ), About<FileBusyError>( -47, tree + "/disk" ) );
+        EXPECT_EQ( Result( CopyTree, tree, folder + "/copy" ), "done" );
+        EXPECT_TRUE( fs::exists( folder + "/copy/disk/end" ) );
+        EXPECT_EQ( Result( ForceDeleteContents, tree + "/disk" ), "done" );
+        EXPECT_TRUE( fs::is_empty( tree + "/disk" ) );
+
+        // The copy lies in what is copied, but no way up from it leads there.
+        mount( ( folder + "/other" ).c_str(), ( tree + "/disk" ).c_str(), "", MS_BIND, "" );
+        EXPECT_THAT( Result( CopyTree, tree, folder + "/other/copy" ),
+            testing::MatchesRegex( ".*FileCopyFailed.*tree/disk/\\..*other/copy/disk/.*" ) );
+        EXPECT_TRUE( fs::is_empty( folder + "/other" ) );
+    };
+    Check( true, check );
+}
+
+TEST( TreeOperations, ManageAnySizeAndDepthWithFewDescriptorsAndLittleStack )
+{
+    auto const check = []( Path const& folder )
+    {
+        MakeDeep( folder + "/tree", 10'000 );
+        Shell( folder, "mkdir large; cd large; seq 10000 | xargs touch" );
+        rlimit const files{ 64, 64 };
+        rlimit const stack{ 256 * 1024, 256 * 1024 };
+        setrlimit( RLIMIT_NOFILE, &files );
+        setrlimit( RLIMIT_STACK, &stack );
+        EXPECT_EQ( Result( CopyTree, folder + "/tree", folder + "/copy" ), "done" );
+        EXPECT_EQ( Result( ForceDeleteRecursive, folder + "/tree" ), "done" );
+        EXPECT_EQ( Walk( folder + "/copy" ).find( "{e}}" ), 20'000U );
+        EXPECT_EQ( Result( ForceDeleteContents, folder ), "done" );
+        EXPECT_TRUE( fs::is_empty( folder ) );
+    };
+    Check( true, check ); // the cost of so many syncs is not what this is about
+}
+
+TEST( WalkTree, TellsWhatIsThereAndNoticesWhatIsTakenAway )
+{
+    TemporaryFolder const folder;
+    Path const deep = folder.Path( "deep" );
+    MakeDeep( deep, 40 );
+    Shell( folder.Path(),
+        "mkdir -p 'tree/passed/not seen' vanishing; touch vanishing/11 vanishing/12" );
+    EXPECT_EQ( Walk( folder.Path( "tree" ) ), "{passed{}done" );
+    EXPECT_EQ( Walk( folder.Path( "vanishing" ), "rm -f *" ), "{1}done" );
+    EXPECT_EQ( Walk( deep + "/none" ), About<FileNotFoundError>( -43, deep + "/none" ) );
+    fs::create_directories( folder.Path( "swap/swapped" ) );
+    EXPECT_THAT( Walk( folder.Path( "swap" ) ), testing::StartsWith( "{swapped{}s" ) );
+    EXPECT_THAT( Walk( deep, "mv d/d/d moved" ),
+        testing::EndsWith( "}" + About<FileNotFoundError>( -43, deep + "/d/d/d" ) ) );
+}
+
+TEST( ForceDelete, LeavesWhatItShouldNotDelete )
+{
+    TemporaryFolder const folder;
+    Path const victim = folder.Path( "victim" );
+    Path const link = folder.Path( "link" );
+    MakeDeep( victim, 0 );
+    fs::create_directory_symlink( "victim", link );
+    std::string const notFound = About<FileNotFoundError>( -43, victim + "/none" );
+    std::tuple<void ( * )( FileLocation const& ), Path, std::string> const rows[]{
+        { ForceDeleteContents, link, About<DirectoryNotFoundError>( -120, link ) },
+        { ForceDeleteContents, victim + "/none", notFound },
+        { ForceDeleteRecursive, "/", About<RootHasNoParent>( 0, "/" ) },
+        { ForceDeleteRecursive, victim + "/..",
+            About<DirectoryDeleteFailed>( -36, victim + "/.." ) },
+        { ForceDeleteRecursive, victim + "/none/none", "done" },
+        { ForceDeleteRecursive, victim + "/end/none", "done" },
+        { ForceDeleteRecursive, link, "done" },
+    };
+    for ( auto const& [operation, path, result] : rows )
+        EXPECT_EQ( Result( operation, path ), result );
+
+    // The root by another path; a root of its own, should the refusal fail.
+    std::string const refused = About<RootHasNoParent>( 0, "/victim/.." );
+    auto const deleteRoot = [&]
+    {
+        bool const isRoot = chroot( folder.Path().c_str() ) == 0;
+        return isRoot ? Result( ForceDeleteContents, Path( "/victim/.." ) ) : refused;
+    };
+    EXPECT_EQ( InChild( deleteRoot ), refused );
+    EXPECT_EQ( Shell( folder.Path(), "ls *" ), "end\n" );
+}
+
+TEST( ForceDelete, NeverFollowsALinkThatReplacesAFolderMeanwhile )
+{
+    TemporaryFolder const folder;
+    Path const full = folder.Path( "tree/full" );
+    Path const link = folder.Path( "link" );
+    Shell( folder.Path(), "mkdir victim; touch victim/file; mkdir victim/folder" );
+    auto const swap = [&]( std::stop_token const& stop )
+    {
+        while ( !stop.stop_requested() )
+        {
+            for ( int calls = rand() % 32; calls > 0; --calls ) // or both would keep in step
+                getppid();
+            renameat2( AT_FDCWD, full.c_str(), AT_FDCWD, link.c_str(), RENAME_EXCHANGE );
+        }
+    };
+    for ( unsigned round = 0; round < 100; ++round )
+    {
+        fs::remove_all( link );
+        fs::create_directory_symlink( folder.Path( "victim" ), link );
+        fs::create_directories( full + "/inner" );
+        std::string result;
+        {
+            std::jthread const swapper( swap );
+            result = Result( ForceDeleteRecursive, folder.Path( "tree" ) );
+        }
+        EXPECT_TRUE( result == "done" || result == About<FileBusyError>( -47, full ) ) << result;
+        EXPECT_EQ( Result( ForceDeleteRecursive, folder.Path( "tree" ) ), "done" );
+    }
+    EXPECT_EQ( Shell( folder.Path( "victim" ), "ls" ), "file\nfolder\n" );
+}
+
+} // namespace
