@@ -1,6 +1,9 @@
 #include "streams/ReadReader.h"
 
 #include "foundation/Buffer.h"
+#include "streams/LineMaker.h"
+#include "streams/MessageMaker.h"
+#include "streams/StringHTTPReceiver.h"
 #include "streams/StringReceiver.h"
 
 void ReadReader( DataReader& reader, DataReceiver& receiver )
@@ -17,10 +20,30 @@ void ReadReader( DataReader& reader, DataReceiver& receiver )
     receiver.ReceiveEnd();
 }
 
+void ReadReader( DataReader& reader, LineReceiver& receiver )
+{
+    LineMaker lineMaker( receiver );
+    ReadReader( reader, lineMaker );
+}
+
+void ReadReader( DataReader& reader, MessageReceiver& receiver )
+{
+    MessageMaker messageMaker( receiver );
+    ReadReader( reader, messageMaker );
+}
+
 std::string ReadReader( DataReader& reader )
 {
     std::string result;
     StringReceiver receiver( result );
+    ReadReader( reader, receiver );
+    return result;
+}
+
+std::string ReadReader( DataReader& reader, unsigned int maximum )
+{
+    std::string result;
+    StringHTTPReceiver receiver( result, maximum );
     ReadReader( reader, receiver );
     return result;
 }

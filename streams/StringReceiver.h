@@ -26,6 +26,10 @@ class StringReceiver : public DataReceiver
 
     void ReceiveEnd() override;
 
+  protected:
+    /// What is collected so far.
+    std::string const& Target() const { return *mTarget; }
+
   private:
     std::string* mTarget = nullptr;
 };
