@@ -120,6 +120,12 @@ int main( int argc, char** argv )
             std::fprintf( stderr, "checksum: %s: the name is no UTF-8\n", argv[i] );
             status = 1;
         }
+        catch ( CFURLCreateWithFileSystemPathFailed const& )
+        {
+            std::fprintf(
+                stderr, "checksum: %s: the folder that the name counts from is gone\n", argv[i] );
+            status = 1;
+        }
     }
     if ( std::fflush( stdout ) != 0 || std::ferror( stdout ) != 0 )
     {

@@ -148,5 +148,11 @@ int main( int argumentCount, char* arguments[] )
         std::cerr << "message_fields: " << arguments[1] << ": the name is no UTF-8\n";
         return 1;
     }
+    catch ( CFURLCreateWithFileSystemPathFailed const& )
+    {
+        std::cerr << "message_fields: " << arguments[1]
+                  << ": the folder that the name counts from is gone\n";
+        return 1;
+    }
     return 0;
 }

@@ -84,9 +84,7 @@ constexpr Unsigned Difference( Unsigned a, Unsigned b ) noexcept
 template<UnsignedInteger Unsigned>
 constexpr Unsigned FlipSignBit( Unsigned x ) noexcept
 {
-    {
-        return static_cast<Unsigned>( x ^ ( kSignedMax<Unsigned> + 1u ) );
-    }
+    return static_cast<Unsigned>( x ^ ( kSignedMax<Unsigned> + 1u ) );
 }
 
 } // namespace CheckedArithmetic
@@ -121,9 +119,7 @@ constexpr bool CanAddUnsigned( Signed a, Unsigned b ) noexcept
 {
     using namespace CheckedArithmetic;
     if ( a < 0 )
-    {
         return Difference( Unsigned{ 0 }, AsUnsigned( a ) ) <= b;
-    }
     return Difference( kMax<Unsigned>, AsUnsigned( a ) ) >= b;
 }
 
@@ -149,9 +145,7 @@ constexpr bool CanOverflowWithAdd( Signed x ) noexcept
     if constexpr ( sizeof( Signed ) < sizeof( std::int32_t ) )
         return false;
     else
-    {
         return Difference( Unsigned{ 0 }, AsUnsigned( x ) ) >= kSignedMax<Unsigned> + 3;
-    }
 }
 
 /// Whether a - b fits in the unsigned type of both.

@@ -10,18 +10,18 @@
 /// Parses the header lines of a message into fields, which it pushes into a MessageReceiver.
 ///
 /// A field is a line of a name, ':' and a value. It goes on over the lines after it that begin with
-/// a space or a tab: each is joined to what came before by exactly one space. The name is delivered
-/// in lower case, otherwise as it stands before the first ':', blanks included; it may be empty.
-/// The white space that a value begins with is left out, what it ends with is not. Lines without
-/// ':', names of more than 47 bytes and lines that continue either are passed over.
+/// a space or a tab: one space replaces the line break and the white space behind it. The name is
+/// delivered in lower case, otherwise as it stands before the first ':', blanks included; it may be
+/// empty. The white space behind the ':' is left out, that at the end of a line is not. Lines
+/// without ':', names of more than 47 bytes and lines that continue either are passed over.
 ///
 /// Values are not held: their text goes on in the pieces it came in. So lines may be of any length,
 /// and nothing is allocated. An empty line is nothing special here; MessageMaker finds the one that
 /// ends the headers.
 ///
 /// Of the MessageReceiver only ReceiveField and ReceiveFieldEnd are called. A field's end is known,
-/// and reported, when the next field's line or the end of the headers has come. Nothing is thrown
-/// but what the receivers throw; after that only Start may follow.
+/// and reported, with the next line that does not continue it, or with the end of the headers.
+/// Nothing is thrown but what the receivers throw; after that only Start may follow.
 class HeaderMaker : public LineReceiver
 {
   public:

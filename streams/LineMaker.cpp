@@ -46,8 +46,8 @@ void LineMaker::Receive( ConstData data )
         return;
     unsigned char const* cur = data.begin();
     unsigned char const* const end = data.end();
-    // Each is looked for again only when it is passed: a piece with only one kind takes linear
-    // time.
+    // Each is looked for again only when it is passed, so that the time stays linear in pieces with
+    // many of one kind and none of the other.
     unsigned char const* cr = Find( kCR, cur, end );
     unsigned char const* lf = Find( kLF, cur, end );
     while ( cur != end )

@@ -10,7 +10,7 @@
 /// them, and an empty line has no text, only a break. No break is added to a last line without one.
 ///
 /// Text is passed on at once and never copied, in pieces no larger than they come; lines can have
-/// any length. A break is reported when the byte after it arrives, or the end: only then it is
+/// any length. A break is reported when the byte after it arrives, or the end: only then is it
 /// clear how long it is. Nothing here allocates or throws; what the target throws passes through.
 class LineMaker : public DataReceiver
 {

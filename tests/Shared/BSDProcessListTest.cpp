@@ -9,6 +9,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -16,12 +17,12 @@ namespace
 {
 constexpr size_t kRecord = 492;
 
-// What one call of sysctl returns, leaves in errno, and hands back as the length.
+// What one call of sysctl hands back as the length, returns, and leaves in errno.
 struct Answer
 {
-    int result;
-    int error;
     size_t bytes;
+    int result = 0;
+    int error = 0;
 };
 
 using Answers = std::vector<Answer>;
@@ -33,16 +34,6 @@ size_t gCalls = 0;
 bool gMallocFails = false;
 bool gWatching = false;
 std::vector<void*> gBlocks; // taken and not freed while watching
-
-Answer Gives( size_t bytes )
-{
-    return { 0, 0, bytes };
-}
-
-Answer Fails( int error )
-{
-    return { -1, error, kRecord };
-}
 
 // Calls `ask` with the kernel's `answers`; all of them must be asked for.
 template<typename Ask>
@@ -97,7 +88,7 @@ extern "C"
         bool const wholeTable = nameLength == 3 && name[0] == 1 && name[1] == 14 && name[2] == 0;
         EXPECT_TRUE( wholeTable && newValue == nullptr && newLength == 0 );
         EXPECT_TRUE( table != nullptr || *length == 0 ) << "the length is not reset for the size";
-        Answer const answer = gCalls < gAnswers.size() ? gAnswers[gCalls] : Fails( EPROTO );
+        Answer const answer = gCalls < gAnswers.size() ? gAnswers[gCalls] : Answer{ 0, EPROTO };
         ++gCalls;
         if ( table != nullptr && answer.result == 0 )
         {
@@ -121,80 +112,47 @@ TEST( ProcessList, HandsOutWholeRecordsOrAnErrorAndNothingElse )
 {
     Answers outgrown;
     for ( size_t pass = 1; pass <= 100; ++pass )
-        outgrown.insert( outgrown.end(), { Gives( pass * kRecord ), Fails( ENOMEM ) } );
-    outgrown.insert( outgrown.end(), { Gives( 200 * kRecord ), Gives( 150 * kRecord ) } );
-
-    struct Case
-    {
-        char const* name;
-        Answers answers;
-        int error;
-        size_t count;
-        bool noMemory = false;
-    };
-
-    Case const cases[] = {
-        { "fewer than announced", { Gives( 5 * kRecord ), Gives( 3 * kRecord ) }, 0, 3 },
-        { "a byte more", { Gives( 5 * kRecord ), Gives( 2 * kRecord + 1 ) }, 0, 2 },
-        { "a byte less", { Gives( 5 * kRecord ), Gives( 3 * kRecord - 1 ) }, 0, 2 },
+        outgrown.insert( outgrown.end(), { { pass * kRecord }, { kRecord, -1, ENOMEM } } );
+    outgrown.insert( outgrown.end(), { { 200 * kRecord }, { 150 * kRecord } } );
+    std::tuple<char const*, Answers, int, size_t> const rows[] = {
+        { "a byte more", { { 5 * kRecord }, { 2 * kRecord + 1 } }, 0, 2 },
+        { "a byte less", { { 5 * kRecord }, { 3 * kRecord - 1 } }, 0, 2 },
         { "outgrown a hundred times", outgrown, 0, 150 },
-        { "no size", { Fails( EPERM ) }, EPERM, 0 },
-        { "no memory for the size is not retried", { Fails( ENOMEM ) }, ENOMEM, 0 },
-        { "a result other than -1 is the error itself", { { 5, EPERM, 0 } }, 5, 0 },
-        { "no table", { Gives( kRecord ), Fails( EFAULT ) }, EFAULT, 0 },
-        { "no table, the error as the result", { Gives( kRecord ), { 9, 0, 0 } }, 9, 0 },
+        { "no memory for the size is not retried", { { 0, -1, ENOMEM } }, ENOMEM, 0 },
+        { "a result other than -1 is the error itself", { { 0, 5, EPERM } }, 5, 0 },
+        { "no table", { { kRecord }, { kRecord, -1, EFAULT } }, EFAULT, 0 },
         { "too small, the error as the result",
-            { Gives( kRecord ), { ENOMEM, 0, 0 }, Gives( kRecord ), Fails( EIO ) }, EIO, 0 },
-        { "no size again", { Gives( kRecord ), Fails( ENOMEM ), Fails( EMFILE ) }, EMFILE, 0 },
-        { "no memory for the block", { Gives( kRecord ) }, 12, 0, true },
-    };
-    gTable = { { "init", 1 }, { "sixteen-letters-", 44 } };
-    for ( Case const& row : cases )
+            { { kRecord }, { 0, ENOMEM, 0 }, { kRecord }, { kRecord, 9, 0 } }, 9, 0 },
+        { "no size again", { { kRecord }, { 0, ENOMEM, 0 }, { 0, -1, EMFILE } }, EMFILE, 0 },
+        { "no memory for the block", { { kRecord } }, 12, 0 } };
+    gTable = { { "init", 1 } };
+    for ( auto const& [name, answers, error, expectedCount] : rows )
     {
-        SCOPED_TRACE( row.name );
+        SCOPED_TRACE( name );
         kinfo_proc* list = nullptr;
         size_t count = 77;
-        gMallocFails = row.noMemory;
-        EXPECT_EQ(
-            Watch( row.answers, [&] { return GetBSDProcessList( &list, &count ); } ), row.error );
-        EXPECT_EQ( count, row.count );
-        EXPECT_EQ( list != nullptr, row.error == 0 );
-        EXPECT_EQ( gBlocks.size(), row.error == 0 ? 1U : 0U ) << "a block was lost";
-        for ( size_t i = 0; list != nullptr && i < gTable.size(); ++i )
-        {
-            EXPECT_STREQ( list[i].kp_proc.p_comm, gTable[i].first );
-            EXPECT_EQ( list[i].kp_proc.p_pid, gTable[i].second );
-        }
+        gMallocFails = error == 12 && answers.back().result == 0;
+        EXPECT_EQ( Watch( answers, [&] { return GetBSDProcessList( &list, &count ); } ), error );
+        EXPECT_EQ( count, expectedCount );
+        EXPECT_EQ( list != nullptr, error == 0 );
+        EXPECT_EQ( gBlocks.size(), error == 0 ? 1U : 0U ) << "a block was lost";
         free( list );
-        EXPECT_TRUE( row.error == 0 || AgentAmong( row.answers ) == 0 );
-        gMallocFails = false;
+        EXPECT_EQ( AgentAmong( answers ), 0 );
     }
+    gMallocFails = false;
 }
 
 TEST( AgentProcess, IsTheFirstWithExactlyTheAgentsShortName )
 {
-    struct Case
+    std::pair<Table, int32_t> const rows[] = {
+        { { { "init", 1 }, { "WUXAgent", 9 }, { "WUXAgent", 4 } }, 9 },
+        { { { "WUXAgentControlP", 3 }, { "xWUXAgent", 4 }, { "WUXAgen", 5 }, { "wuxagent", 6 } },
+            0 } };
+    for ( auto const& [table, pid] : rows )
     {
-        char const* name;
-        Table table;
-        int32_t pid;
-    };
-
-    Case const cases[] = {
-        { "nobody", { { "init", 1 }, { "sh", 2 } }, 0 },
-        { "alone", { { "WUXAgent", 2147483647 } }, 2147483647 },
-        { "last", { { "init", 1 }, { "WUXAgent", 9 } }, 9 },
-        { "not the lowest of two", { { "WUXAgent", 9 }, { "WUXAgent", 4 } }, 9 },
-        { "longer", { { "WUXAgentControlP", 3 }, { "WUXAgent ", 4 }, { "xWUXAgent", 5 } }, 0 },
-        { "shorter", { { "WUXAgen", 3 }, { "", 4 } }, 0 },
-        { "other letter case", { { "wuxagent", 3 }, { "WUXAGENT", 4 }, { "WuxAgent", 5 } }, 0 },
-    };
-    for ( Case const& row : cases )
-    {
-        SCOPED_TRACE( row.name );
-        gTable = row.table;
+        gTable = table;
         size_t const bytes = gTable.size() * kRecord;
-        EXPECT_EQ( AgentAmong( { Gives( bytes ), Gives( bytes ) } ), row.pid );
+        EXPECT_EQ( AgentAmong( { { bytes }, { bytes } } ), pid );
     }
 }
 
@@ -215,8 +173,7 @@ TEST( ProcessListDeathTest, AssertionsNameTheirLine )
     std::ifstream source( PROCESS_LIST_SOURCE );
     std::vector<std::string> lines( 1 );
     while ( std::getline( source, lines.emplace_back() ) )
-    {
-    }
+        continue;
     ASSERT_GT( lines.size(), 107U );
     EXPECT_NE( lines[53].find( "ASSERT_ALWAYS( result == NULL )" ), std::string::npos );
     EXPECT_NE( lines[107].find( "( ( err == 0 ) == ( *procList != NULL ) )" ), std::string::npos );

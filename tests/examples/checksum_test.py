@@ -41,3 +41,6 @@ with tempfile.TemporaryDirectory() as folder:
     failed = run(folder, FILES[5], status=1)
     assert failed.stdout.startswith("0x0376E6E7 1 9 ") and failed.stderr.count("\n") == 1
     run(status=2)
+    gone = subprocess.run(["sh", "-c", 'mkdir x; cd x; rmdir ../x; "$0" relative', sys.argv[1]],
+                          cwd=folder, capture_output=True, check=False)
+    assert gone.returncode == 1 and gone.stderr.count(b"\n") == 1, gone

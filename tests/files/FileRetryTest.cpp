@@ -6,14 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <numeric>
-#include <set>
 #include <unistd.h>
-
-namespace fs = std::filesystem;
 
 static std::string gEvents;
 
@@ -63,6 +57,17 @@ struct EventLog : FileRetryLog
     }
 } const kLog;
 
+std::function<void()> On( void ( *operation )( FileLocation const&, FileRetryLog const& ) )
+{
+    return [operation] { operation( gA, kLog ); };
+}
+
+template<class Operation>
+std::function<void()> OnTwo( Operation* operation )
+{
+    return [operation] { operation( gA, gB, kLog ); };
+}
+
 std::string EventsOf( std::function<void()> const& action )
 {
     gEvents.clear();
@@ -75,19 +80,6 @@ std::string EventsOf( std::function<void()> const& action )
     {
         return gEvents + ( std::current_exception() == gThrown ? "same" : "other" );
     }
-}
-
-// The names in order, with the sizes of files, and "r" if read-only.
-std::string WorldIn( std::string const& path )
-{
-    std::set<std::string> items;
-    for ( auto const& item : fs::recursive_directory_iterator( path ) )
-        items.insert( item.path().filename().string() +
-                      ( item.is_directory() ? "" : std::to_string( item.file_size() ) ) +
-                      ( ( item.status().permissions() & fs::perms::owner_write ) != fs::perms::none
-                              ? " "
-                              : "r " ) );
-    return std::accumulate( items.begin(), items.end(), std::string() );
 }
 
 } // namespace
@@ -113,21 +105,17 @@ TEST( FileRetry, RunsTheOperationThatEachWrapperIsNamedAfter )
 {
     // The places are those of a run that succeeds and of one that fails, "n" for a name that is too
     // long and "p" for "p/q". There are the files "a", "b" and "d/x", and the folder "e".
-    std::tuple<std::string, void ( * )(), char const*, std::string> const rows[] = {
-        { "DeleteRecursive", [] { ForceDeleteRecursiveWithRetry( gA, kLog ); }, "d n ",
-            "a1 b2 e " },
-        { "DeleteContents", [] { ForceDeleteContents( gA, kLog ); }, "d n ", "a1 b2 d e " },
-        { "ForceNonexistence", [] { ForceNonexistenceWithRetry( gA, kLog ); }, "o d ",
-            "a1 b2 d e x0 " },
-        { "DeleteFile", [] { DeleteFileWithRetry( gA, kLog ); }, "a o ", "b2 d e x0 " },
-        { "DeleteDirectory", [] { DeleteDirectoryWithRetry( gA, kLog ); }, "e d ", "a1 b2 d x0 " },
-        { "two ForceCopyFile", [] { ForceCopyFileWithRetry( gA, gB, kLog ); }, "abob",
-            "a1 b1 d e x0 " },
-        { "two ForceMoveFile", [] { ForceMoveFileWithRetry( gA, gB, kLog ); }, "abob",
-            "b1 d e x0 " },
-        { "two CopyFile", [] { CopyFileWithRetry( gA, gB, kLog ); }, "acab", "a1 b2 c1 d e x0 " },
-        { "two MoveFile", [] { MoveFileWithRetry( gA, gB, kLog ); }, "acab", "b2 c1 d e x0 " },
-        { "ForceDirectoryExistence", [] { ForceDirectoryExistenceWithRetry( gA, kLog ); }, "p a ",
+    std::tuple<std::string, std::function<void()>, char const*, std::string> const rows[] = {
+        { "DeleteRecursive", On( ForceDeleteRecursiveWithRetry ), "d n ", "a1 b2 e " },
+        { "DeleteContents", On( ForceDeleteContents ), "d n ", "a1 b2 d e " },
+        { "ForceNonexistence", On( ForceNonexistenceWithRetry ), "o d ", "a1 b2 d e x0 " },
+        { "DeleteFile", On( DeleteFileWithRetry ), "a o ", "b2 d e x0 " },
+        { "DeleteDirectory", On( DeleteDirectoryWithRetry ), "e d ", "a1 b2 d x0 " },
+        { "two ForceCopyFile", OnTwo( ForceCopyFileWithRetry ), "abob", "a1 b1 d e x0 " },
+        { "two ForceMoveFile", OnTwo( ForceMoveFileWithRetry ), "abob", "b1 d e x0 " },
+        { "two CopyFile", OnTwo( CopyFileWithRetry ), "acab", "a1 b2 c1 d e x0 " },
+        { "two MoveFile", OnTwo( MoveFileWithRetry ), "acab", "b2 c1 d e x0 " },
+        { "ForceDirectoryExistence", On( ForceDirectoryExistenceWithRetry ), "p a ",
             "a1 b2 d e p q x0 " },
         { "ForceDirectoryExistenceWithInfo",
             [] { ForceDirectoryExistenceWithInfoWithRetry( gA, { 0500 }, kLog ); }, "p a ",
@@ -146,17 +134,18 @@ TEST( FileRetry, RunsTheOperationThatEachWrapperIsNamedAfter )
                                                     : std::string( 1, place );
             return MakeFileLocation( folder.Path( name ).c_str() );
         };
-        fs::create_directory( folder.Path( "d" ) );
-        fs::create_directory( folder.Path( "e" ) );
-        std::ofstream( folder.Path( "a" ) ) << "A";
-        std::ofstream( folder.Path( "b" ) ) << "BB";
-        std::ofstream( folder.Path( "d/x" ) );
+        Shell( folder.Path(), "mkdir d e; printf A > a; printf BB > b; touch d/x" );
         gA = at( places[2] );
         gB = at( places[3] );
         EXPECT_EQ( "25 50 100 200 400 800 1600 3200 fail+" + log + "9other", EventsOf( run ) );
         gA = at( places[0] );
         gB = at( places[1] );
         EXPECT_EQ( "", EventsOf( run ) ) << log;
-        EXPECT_EQ( world, WorldIn( folder.Path() ) ) << log;
+        // The names in order, with the sizes of files, and "r" if read-only.
+        EXPECT_EQ(
+            world, Shell( folder.Path(),
+                       "find * -printf %f '(' -type d -o -printf %s ')' "
+                       "'(' -perm -200 -o -printf r ')' -printf '\n' | sort | tr '\n' ' '" ) )
+            << log;
     }
 }

@@ -11,20 +11,11 @@
 #include <gtest/gtest.h>
 
 #include <cxxabi.h>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sys/stat.h>
-#include <typeinfo>
 #include <utility>
 
-namespace
-{
-
-// What happens to the file system between the two looks that make a record.
-std::function<void()> gBetweenLooks;
-
-} // namespace
+static std::function<void()> gBetweenLooks; // that make a record
 
 // The program is linked with --wrap=PBGetCatInfoSync, so that calls of it come here.
 extern "C" OSErr __real_PBGetCatInfoSync( CInfoPBRec* parameters );
@@ -42,123 +33,84 @@ namespace
 
 using MacintoshPlatform::MacFileInfo;
 
-struct Record : ::testing::Test
+MacFileInfo Of( std::string const& path )
 {
-    Record()
+    return MacFileInfo( MacintoshPlatform::MakeFileLocation( ConstData( path ) ) );
+}
+
+/// The class of the error, and its code.
+std::string ErrorOf( std::function<void()> const& action )
+{
+    try
     {
-        std::filesystem::create_directory( Path( "" ) );
-        std::ofstream( Path( "item" ) ) << "x";
+        action();
+        return "none";
     }
-
-    std::string Path( std::string const& name ) const { return folder.Path( "folder/" + name ); }
-
-    static MacFileInfo Of( std::string const& path )
+    catch ( FileIOError const& error )
     {
-        return MacFileInfo( MacintoshPlatform::MakeFileLocation( ConstData( path ) ) );
+        return abi::__cxa_current_exception_type()->name() + std::to_string( error.GetCode() );
     }
-
-    TemporaryFolder folder;
-};
+    catch ( FileError const& error )
+    {
+        return abi::__cxa_current_exception_type()->name() + std::to_string( error.GetCode() );
+    }
+    catch ( BadFileNameError const& )
+    {
+        return "16BadFileNameError";
+    }
+}
 
 } // namespace
 
-TEST_F( Record, OfAnItemIsComplete )
+TEST( Record, OfAnItemIsCompleteAndEqualsAnotherOfTheSameExistingItemOnly )
 {
+    TemporaryFolder const folder;
+    Shell( folder.Path(), "mkdir sub; touch item other; ln -s . link; ln item sub/item" );
     struct stat status = {};
-    ASSERT_EQ( 0, stat( Path( "item" ).c_str(), &status ) );
-    MacFileInfo const info = Of( Path( "item" ) );
-    EXPECT_TRUE( info.Exists() );
-    EXPECT_EQ( status.st_ino, info.CatalogInfo().nodeID );
-    EXPECT_EQ( status.st_ino, info.ParameterBlock().hFileInfo.ioDirID );
-    EXPECT_EQ( nullptr, info.ParameterBlock().hFileInfo.ioNamePtr );
-    EXPECT_EQ( Path( "item" ), info.Ref().path );
-    EXPECT_TRUE( Of( Path( "" ) ).CatalogInfo().nodeFlags & kFSNodeIsDirectoryMask );
-}
+    ASSERT_EQ( 0, stat( folder.Path( "item" ).c_str(), &status ) );
+    MacFileInfo const item = Of( folder.Path( "item" ) );
+    EXPECT_EQ( status.st_ino, item.CatalogInfo().nodeID );
+    EXPECT_EQ( status.st_ino, item.ParameterBlock().hFileInfo.ioDirID );
+    EXPECT_EQ( nullptr, item.ParameterBlock().hFileInfo.ioNamePtr );
+    EXPECT_EQ( folder.Path( "item" ), item.Ref().path );
+    EXPECT_TRUE( Of( folder.Path() ).CatalogInfo().nodeFlags & kFSNodeIsDirectoryMask );
 
-TEST_F( Record, EqualsAnotherOfTheSameExistingItemOnly )
-{
-    std::filesystem::create_directory_symlink( Path( "" ), Path( "link" ) );
-    std::filesystem::create_directory( Path( "sub" ) );
-    std::filesystem::create_hard_link( Path( "item" ), Path( "sub/item" ) );
-    std::ofstream( Path( "other" ) ) << "x";
-    MacFileInfo const item = Of( Path( "item" ) );
-    EXPECT_TRUE( item == Of( Path( "./link/../folder//item" ) ) );
-    EXPECT_TRUE( item == Of( Path( "link/item" ) ) );
+    EXPECT_TRUE( item.Exists() && item == Of( folder.Path( "./sub/../link//item" ) ) );
     for ( char const* name : { "other", "sub/item", "missing" } )
-        EXPECT_FALSE( item == Of( Path( name ) ) ) << name;
+        EXPECT_FALSE( item == Of( folder.Path( name ) ) ) << name;
     long const before = LiveAllocations();
     EXPECT_FALSE( Of( "/missing" ) == Of( "/missing" ) || Of( "/missing" ).Exists() ||
                   MacFileInfo( MacintoshPlatform::FileLocation() ).Exists() );
     EXPECT_EQ( before, LiveAllocations() );
 }
 
-TEST_F( Record, OfAnItemThatChangesBetweenTheLooksIsAnError )
+TEST( Record, OfAnItemThatChangesBetweenTheLooksIsAnError )
 {
-    gBetweenLooks = [this] { std::filesystem::remove( Path( "item" ) ); };
-    EXPECT_THROW( Of( Path( "item" ) ), FileNotFoundError );
-    std::ofstream( Path( "item" ) ) << "x";
-    gBetweenLooks = [this]
-    {
-        std::filesystem::rename( Path( "" ), folder.Path( "moved" ) );
-        std::filesystem::create_directory( Path( "" ) );
-        std::ofstream( Path( "item" ) ) << "y";
-    };
-    EXPECT_THROW( Of( Path( "item" ) ), DirectoryNotFoundError );
-}
-
-TEST( ClosedFolder, IsAnErrorOnlyWhenItClosesBetweenTheLooks )
-{
-    auto const test = []() -> std::string
+    auto const test = []
     {
         BecomeOrdinaryUser(); // permissions do not bind root
-        struct Probe : Record
+        TemporaryFolder const folder;
+        std::string errors;
+        for ( char const* const change : { "rm folder/item",
+                  "mv folder moved; mkdir folder; touch folder/item", "chmod 0 folder" } )
         {
-            void TestBody() override {}
-        } const probe;
-        gBetweenLooks = [&probe] { chmod( probe.Path( "" ).c_str(), 0 ); };
-        try
-        {
-            return "no error" + std::to_string( Record::Of( probe.Path( "item" ) ).Exists() );
+            Shell( folder.Path(), "mkdir -p folder; touch folder/item" );
+            gBetweenLooks = [&] { Shell( folder.Path(), change ); };
+            errors += ErrorOf( [&] { Of( folder.Path( "folder/item" ) ); } ) + " ";
         }
-        catch ( FilePermissionError const& )
-        {
-            return Record::Of( probe.Path( "item" ) ).Exists() ? "still exists" : "";
-        }
+        return errors + ( Of( folder.Path( "folder/item" ) ).Exists() ? "still exists" : "" );
     };
-    EXPECT_EQ( "", InChild( test ) );
+    EXPECT_EQ(
+        "17FileNotFoundError0 22DirectoryNotFoundError0 19FilePermissionError0 ", InChild( test ) );
 }
-
-namespace
-{
-
-// The code in what ThrowError throws, which has to be of exactly that class.
-template<typename Error>
-long Carried( long code )
-{
-    try
-    {
-        MacFileInfo::ThrowError( code );
-    }
-    catch ( Error const& error )
-    {
-        EXPECT_EQ( typeid( Error ), *abi::__cxa_current_exception_type() ) << code;
-        return error.GetCode();
-    }
-    return 1;
-}
-
-} // namespace
 
 TEST( FileManagerResults, BecomeErrorsByTheirTable )
 {
-    MacFileInfo::ThrowError( 0 );
-    EXPECT_THROW( MacFileInfo::ThrowError( -37 ), BadFileNameError );
-    EXPECT_EQ( 0, Carried<FileNotFoundError>( -43 ) );
-    EXPECT_EQ( -44, Carried<HardwareVolumeLockError>( -44 ) );
-    EXPECT_EQ( 0, Carried<FileLockError>( -45 ) );
-    EXPECT_EQ( -46, Carried<SoftwareVolumeLockError>( -46 ) );
-    EXPECT_EQ( 0, Carried<DirectoryNotFoundError>( -120 ) );
-    EXPECT_EQ( 0, Carried<FilePermissionError>( -5000 ) );
-    for ( long const code : { -36, -38, -5001, 43 } )
-        EXPECT_EQ( code, Carried<FileError>( code ) );
+    for ( auto const& [code, error] :
+        { std::pair( 0, "none" ), { -37, "16BadFileNameError" }, { -43, "17FileNotFoundError0" },
+            { -44, "23HardwareVolumeLockError-44" }, { -45, "13FileLockError0" },
+            { -46, "23SoftwareVolumeLockError-46" }, { -120, "22DirectoryNotFoundError0" },
+            { -5000, "19FilePermissionError0" }, { -36, "9FileError-36" }, { -38, "9FileError-38" },
+            { -5001, "9FileError-5001" }, { 43, "9FileError43" } } )
+        EXPECT_EQ( error, ErrorOf( [code = code] { MacFileInfo::ThrowError( code ); } ) );
 }

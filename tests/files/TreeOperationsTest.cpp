@@ -62,35 +62,6 @@ void Check( bool withDisk, void ( *check )( Path const& folder ) )
     EXPECT_EQ( result, "passed" );
 }
 
-/// What a shell's commands in a folder write.
-std::string Shell( Path const& folder, std::string const& commands )
-{
-    FILE* const output = popen( ( "set -e; cd " + folder + "; " + commands ).c_str(), "r" );
-    std::string bytes;
-    for ( int byte; ( byte = getc( output ) ) != EOF; )
-        bytes += static_cast<char>( byte );
-    EXPECT_EQ( pclose( output ), 0 );
-    return bytes;
-}
-
-/// All that an archive keeps of a tree: names, content, permissions, times, links, hard links.
-std::string Archive( Path const& root )
-{
-    return Shell( root, "tar -c --sort=name --format=posix "
-                        "--pax-option=exthdr.name=%f,delete=atime,delete=ctime ." );
-}
-
-void MakeTree( Path const& root )
-{
-    fs::create_directory( root );
-    Shell( root, "mkdir -p full/empty '\xff\xfe' p/a p/c q/b q/d; echo 1 > full/file\n"
-                 "echo 2 > '\xff\xfe/\x80'; echo 3 > p/a/1; chmod 4751 p/a/1; echo 4 > p/c/2\n"
-                 "echo 5 > p/a/3; ln p/a/1 q/b/1; ln p/c/2 q/b/2; ln p/a/3 q/d/3\n"
-                 "ln -s nowhere dangling; ln -P dangling 'full/hard link'\n"
-                 "ln -s /etc '\xff\xfe/outside'\n"
-                 "touch -hd @987654321.123456789 full/file dangling '\xff\xfe' full ." );
-}
-
 /// Makes folders in one another below `root`, each called "d", and a file in the last one.
 void MakeDeep( Path const& root, unsigned depth )
 {
@@ -139,10 +110,19 @@ TEST( CopyTree, KeepsAllOfATreeOrNamesTheItemThatFailsAndLeavesNothing )
     {
         Path const tree = folder + "/tree";
         Path const copy = folder + "/copy";
-        MakeTree( tree );
-        Shell( tree, "chmod 555 full '\xff\xfe' p q/b" ); // for its owner, too
+        Shell( folder,
+            "mkdir tree; cd tree; mkdir -p full/empty '\xff\xfe' p/a p/c q/b q/d\n"
+            "echo 1 > full/file; echo 2 > '\xff\xfe/\x80'; echo 3 > p/a/1; chmod 4751 p/a/1\n"
+            "echo 4 > p/c/2; echo 5 > p/a/3; ln p/a/1 q/b/1; ln p/c/2 q/b/2; ln p/a/3 q/d/3\n"
+            "ln -s nowhere dangling; ln -P dangling 'full/hard link'\n"
+            "ln -s /etc '\xff\xfe/outside'\n"
+            "touch -hd @987654321.123456789 full/file dangling '\xff\xfe' full .\n"
+            "chmod 555 full '\xff\xfe' p q/b" ); // for its owner, too
         EXPECT_EQ( Result( CopyTree, tree, copy ), "done" );
-        EXPECT_TRUE( Archive( copy ) == Archive( tree ) );
+        // All that an archive keeps: names, content, permissions, times, links, hard links.
+        Path const archive = "tar -c --sort=name --format=posix "
+                             "--pax-option=exthdr.name=%f,delete=atime,delete=ctime .";
+        EXPECT_TRUE( Shell( copy, archive ) == Shell( tree, archive ) );
         EXPECT_EQ( Result( CopyTree, tree + "/dangling", folder + "/link" ), "done" );
         EXPECT_EQ( Result( CopyTree, tree, folder + "/link" ),
             About<FileExists>( -48, folder + "/link", tree ) );
@@ -183,7 +163,7 @@ TEST( TreeOperations, MeetFullAndMountedFileSystems )
         EXPECT_EQ( Shell( folder, "ls -A; rm -r tree/sub tree/c" ), "other\ntree\n" );
 
         mount( "tmpfs", ( tree + "/disk" ).c_str(), "tmpfs", 0, nullptr );
-        MakeDeep( tree + "/disk", 0 );
+        Shell( tree, "touch disk/end" );
         EXPECT_EQ(
             Result( ForceDeleteRecursive, tree ), About<FileBusyError>( -47, tree + "/disk" ) );
         EXPECT_EQ( Result( CopyTree, tree, folder + "/copy" ), "done" );
@@ -240,8 +220,7 @@ TEST( ForceDelete, LeavesWhatItShouldNotDelete )
     TemporaryFolder const folder;
     Path const victim = folder.Path( "victim" );
     Path const link = folder.Path( "link" );
-    MakeDeep( victim, 0 );
-    fs::create_directory_symlink( "victim", link );
+    Shell( folder.Path(), "mkdir victim; touch victim/end; ln -s victim link" );
     std::string const notFound = About<FileNotFoundError>( -43, victim + "/none" );
     std::tuple<void ( * )( FileLocation const& ), Path, std::string> const rows[]{
         { ForceDeleteContents, link, About<DirectoryNotFoundError>( -120, link ) },

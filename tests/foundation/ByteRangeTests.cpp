@@ -17,8 +17,7 @@ TEST( ConstData, ComparesForwardsAndBackwards )
 {
     std::tuple<string_view, string_view, int, int> const rows[] = { { string_view(), "", 0, 0 },
         { "abc", "abc", 0, 0 }, { "abc", "abd", -1, -1 }, { "ab", "abc", -1, -1 },
-        { "", "a", -1, -1 }, { "abc", "ab", 1, 1 }, { "bc", "c", -1, 1 },
-        { "a\xFF", "a\x01", 254, 254 }, { "xa", "yb", -1, -1 }, { "b", "ab", 1, -1 },
+        { "", "a", -1, -1 }, { "abc", "ab", 1, 1 }, { "bc", "c", -1, 1 }, { "b", "ab", 1, -1 },
         { "xc", "bc", 'x' - 'b', 'x' - 'b' }, { "\xFF", "\0"sv, 255, 255 } };
     for ( auto const& [a, b, forwards, backwards] : rows )
     {
@@ -39,15 +38,14 @@ TEST( ConstData, FindsNeedles )
 {
     using Offsets = std::vector<std::uint32_t>;
     std::tuple<string_view, string_view, Offsets, bool, bool> const rows[] = {
-        { "abcabc", "bc", { 1, 4 }, false, true }, { "aaaaa", "aa", { 0, 2 }, true, true },
-        { "aab", "ab", { 1 }, false, true }, { "abc", "abc", { 0 }, true, true },
-        { "abc", "abcd", {}, false, false }, { "abc", "", {}, true, true },
-        { "", "", {}, true, true }, { "", "a", {}, false, false },
+        { "aaaaa", "aa", { 0, 2 }, true, true }, { "abc", "abcd", {}, false, false },
+        { "abc", "", {}, true, true }, { "", "", {}, true, true }, { "", "a", {}, false, false },
         { "ab\xE9\0b\0"sv, "\0"sv, { 3, 5 }, false, true }, { "b\xE9", "\xE9", { 1 }, false, true },
         { "abcdef", "ce", {}, false, false } };
     for ( auto const& [text, needle, positions, starts, ends] : rows )
     {
         ConstData const range( text );
+        unsigned char const byte = needle.empty() ? 'x' : static_cast<unsigned char>( needle[0] );
         SCOPED_TRACE( testing::Message() << text << " / " << needle );
         int const first = positions.empty() ? -1 : static_cast<int>( positions[0] );
         EXPECT_EQ( range.PositionOf( ConstData( needle ) ), first );
@@ -55,10 +53,8 @@ TEST( ConstData, FindsNeedles )
         EXPECT_EQ( range.Contains( ConstData( needle ) ), needle.empty() || first >= 0 );
         EXPECT_EQ( range.StartsWith( needle ), starts );
         EXPECT_EQ( range.EndsWith( needle ), ends );
-        if ( needle.size() != 1 )
-            continue;
-        EXPECT_EQ( range.PositionOf( static_cast<unsigned char>( needle[0] ) ), first );
-        EXPECT_EQ( range.Contains( static_cast<unsigned char>( needle[0] ) ), first >= 0 );
+        EXPECT_EQ( range.PositionOf( byte ), static_cast<int>( text.find( char( byte ) ) ) );
+        EXPECT_EQ( range.Contains( byte ), text.find( char( byte ) ) != text.npos );
     }
 }
 
@@ -66,12 +62,10 @@ TEST( ConstData, SplitsAndTrims )
 {
     using Pieces = std::vector<std::string>;
     std::tuple<string_view, string_view, bool, Pieces, Pieces> const rows[] = {
-        { "a,,b", ",", false, { "a", "", "b" }, { "a", "b" } },
-        { ",a,", ",", false, { "", "a", "" }, { "a" } }, { " , ", ",", true, { "", "" }, {} },
-        { " , ", ",", false, { " ", " " }, { " ", " " } },
+        { ",a,,b,", ",", false, { "", "a", "", "b", "" }, { "a", "b" } },
+        { " , ", ",", true, { "", "" }, {} }, { " , ", ",", false, { " ", " " }, { " ", " " } },
         { "\t\r\n a , \v\x85 c\f \r\n\t", ",", true, { "a", "\v\x85 c\f" }, { "a", "\v\x85 c\f" } },
         { "a:::b:c", "::", false, { "a", ":b:c" }, { "a", ":b:c" } },
-        { ",", ",", false, { "", "" }, {} },
         // One piece, empty or not, when the separator cannot occur at all.
         { " ", ", ", true, { "" }, { "" } }, { " a ", "", true, { "a" }, { "a" } },
         { "", ",", false, { "" }, { "" } } };
@@ -81,8 +75,7 @@ TEST( ConstData, SplitsAndTrims )
             Pieces pieces;
             for ( ConstData piece : ConstData( text ).Split( separator, trim, keepEmpty ) )
                 pieces.push_back( MakeString( piece ) );
-            EXPECT_EQ( pieces, keepEmpty ? keepingEmpty : notKeepingEmpty )
-                << text << " at " << separator << ( keepEmpty ? ", keeping" : "" );
+            EXPECT_EQ( pieces, keepEmpty ? keepingEmpty : notKeepingEmpty ) << text;
         }
     ConstData const text( " \t "sv );
     EXPECT_EQ( TrimAsciiWhitespace( text ).begin(), text.end() );
@@ -110,9 +103,6 @@ TEST( Buffer, TakesWhatThereIsRoomForAndIsUnchangedByFailures )
         for ( auto const& bytes : storage )
             EXPECT_EQ( reinterpret_cast<char const*>( bytes ), "abcdef"sv.substr( 0, room ) );
     }
-    ConstBuffer nothing;
-    Buffer nowhere;
-    EXPECT_TRUE( ( nowhere << nothing << rope ).IsFull() );
     unsigned char bytes[] = "abcdef"; // an overlapping copy goes byte by byte from the front
     ConstData( bytes, bytes + 4 ) >> Data( bytes + 2, bytes + 6 );
     EXPECT_STREQ( reinterpret_cast<char*>( bytes ), "ababab" );
@@ -137,19 +127,17 @@ TEST( OwnedTexts, AllocateOnceOrNotAtAllAndEndInAZero )
     std::string const text = MakeString( ConstDataRopeReference( pieces, pieces + 4 ) );
     EXPECT_EQ( AllocationCount(), before + 1 );
     EXPECT_EQ( text, longText + std::string( "1234567890\0"sv ) );
-    EXPECT_EQ( MakeString( ConstData() ), "" );
-    ConstDataOfCapacity<10> const ten( pieces[2] );
-    EXPECT_STREQ( reinterpret_cast<char const*>( ten.begin() ), "1234567890" );
+    EXPECT_EQ( MakeString( ConstDataOfCapacity<10>( pieces[2] ) ), "1234567890" );
     EXPECT_THROW( ConstDataOfCapacity<10>( "12345678901"sv ), ConstDataCapacityExceeded );
     ConstDataOfCapacity<21> const joined( ConstDataRopeReference( pieces + 1, pieces + 4 ) );
-    EXPECT_EQ( MakeString( joined ), "1234567890\0"sv );
+    EXPECT_EQ(
+        string_view( reinterpret_cast<char const*>( joined.begin() ), 12 ), "1234567890\0\0"sv );
 
     char const abc[] = "abc";
     AutoNullTerminated<char> const inPlace( abc, abc + 3, true ), copy( abc, abc + 2, false ),
-        empty( abc, abc, false ), null( nullptr, nullptr, false );
+        empty( nullptr, nullptr, false );
     EXPECT_EQ( inPlace.Text(), abc );
     EXPECT_EQ( std::string( copy.Text() ) + empty.Text(), "ab" );
-    EXPECT_EQ( null.Text(), empty.Text() );
     EXPECT_EQ( copy.Allocated(), 3u );
     EXPECT_EQ( inPlace.Allocated() + empty.Allocated(), 0u );
 }

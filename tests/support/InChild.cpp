@@ -9,38 +9,12 @@
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <system_error>
-#include <typeinfo>
 #include <unistd.h>
 
 namespace
 {
 
 constexpr uid_t kOrdinaryUser = 65534;
-
-std::string ReadAll( int from )
-{
-    std::string text;
-    char bytes[4096];
-    for ( ssize_t count; ( count = read( from, bytes, sizeof bytes ) ) > 0; )
-        text.append( bytes, static_cast<std::size_t>( count ) );
-    return text;
-}
-
-std::string ResultOf( std::function<std::string()> const& action )
-{
-    try
-    {
-        return action();
-    }
-    catch ( std::exception const& error )
-    {
-        return std::string( "threw " ) + error.what();
-    }
-    catch ( ... )
-    {
-        return "threw something that is no std::exception";
-    }
-}
 
 // In a user namespace of its own an ordinary user may mount.
 bool EnterMountNamespace()
@@ -66,15 +40,22 @@ std::string InChild( std::function<std::string()> const& action )
     if ( pipe2( ends, O_CLOEXEC ) != 0 )
         throw std::system_error( errno, std::generic_category(), "pipe2" );
     pid_t const child = fork();
+    std::string result;
     if ( child == 0 )
     {
-        std::string const result = ResultOf( action );
-        bool const written =
-            write( ends[1], result.data(), result.size() ) == static_cast<ssize_t>( result.size() );
-        _exit( written ? 0 : 1 );
+        try
+        {
+            result = action();
+        }
+        catch ( std::exception const& error )
+        {
+            result = std::string( "threw " ) + error.what();
+        }
+        _exit( write( ends[1], result.data(), result.size() ) < 0 );
     }
     close( ends[1] );
-    std::string const result = ReadAll( ends[0] );
+    for ( char byte; read( ends[0], &byte, 1 ) > 0; )
+        result += byte;
     close( ends[0] );
     int status = 0;
     waitpid( child, &status, 0 );

@@ -25,3 +25,7 @@ class TemporaryFolder
   private:
     std::string mPath;
 };
+
+/// What a shell's commands in the folder write. Throws
+/// std::runtime_error if they fail.
+std::string Shell( std::string const& folder, std::string const& commands );

@@ -2,12 +2,15 @@
 
 #include "linux/AdministratorRights/AdministratorCommand.h"
 
-#include <cerrno>
+#include "tests/support/InChild.h"
+#include "tests/support/TemporaryFolder.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sched.h>
@@ -20,6 +23,7 @@
 namespace
 {
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 bool BecomeRoot()
 {
@@ -49,10 +53,6 @@ class AdministratorCommandTest : public testing::Test
     {
         if ( !BecomeRoot() )
             GTEST_SKIP() << "SKIPPED: needs root or a user namespace";
-        char folder[] = "/tmp/AdministratorCommandTest.XXXXXX";
-        ASSERT_NE( mkdtemp( folder ), nullptr );
-        mFolder = folder;
-        mDone = mFolder + "/done";
     }
 
     // No command may leave a child or a descriptor behind.
@@ -60,38 +60,31 @@ class AdministratorCommandTest : public testing::Test
     {
         EXPECT_EQ( waitpid( -1, nullptr, WNOHANG ), -1 );
         EXPECT_EQ( FirstFreeDescriptor(), mFirstFree );
-        if ( !mFolder.empty() )
-            fs::remove_all( mFolder );
     }
 
-    std::string Script(
-        std::string const& commands, std::string const& name = "x.sh", mode_t mode = 0755 )
+    // The quoted path of a new script.
+    std::string Script( std::string const& commands, std::string const& shell = "/bin/sh" )
     {
-        fs::path const path = fs::path( mFolder ) / name;
-        fs::create_directories( path.parent_path() );
-        std::ofstream( path ) << "#!/bin/sh\n" << commands << '\n';
-        chmod( path.c_str(), mode );
-        return path.string();
+        std::string const path = mFolder.Path( "My Panel.sh" );
+        std::ofstream( path ) << "#!" << shell << '\n' << commands << '\n';
+        fs::permissions( path, fs::perms::all );
+        return "'" + path + "'";
     }
 
-    std::string mFolder;
-    std::string mDone; // a file for a script to make
-    int mFirstFree = FirstFreeDescriptor();
+    TemporaryFolder const mFolder;
+    std::string const mDone = mFolder.Path( "done" ); // a file for a script to make
+    int const mFirstFree = FirstFreeDescriptor();
 };
 
 // Whether the command line runs without an error for a process that has made its surroundings so.
-template<typename Prepare>
-bool RunsAfter( Prepare prepare, std::string const& commandLine )
+void ExpectToRunAfter( std::function<void()> const& prepare, std::string const& commandLine )
 {
-    pid_t const child = fork();
-    if ( child == 0 )
-    {
-        prepare();
-        _exit( RunWithAdministratorRights( commandLine ) ? 0 : 1 );
-    }
-    int status = -1;
-    waitpid( child, &status, 0 );
-    return status == 0;
+    EXPECT_EQ( "true", InChild(
+                           [&]
+                           {
+                               prepare();
+                               return RunWithAdministratorRights( commandLine ) ? "true" : "false";
+                           } ) );
 }
 
 // What a process passes on unless it is kept from it.
@@ -145,12 +138,9 @@ TEST_F( AdministratorCommandTest, OnlyStatus0IsSuccess )
 
 TEST_F( AdministratorCommandTest, WhatCannotBeStartedIsAFailureOfStart )
 {
-    std::string const script = Script( "" );
-    std::ofstream( mFolder + "/interpreterless" ) << "#!/nowhere/sh\n";
-    chmod( ( mFolder + "/interpreterless" ).c_str(), 0755 );
-    for ( std::string const& commandLine : { script + "x -stop", mFolder + "/interpreterless",
-              Script( "", "plain", 0644 ), mFolder, std::string(), std::string( "true" ),
-              "'" + script, script + "; true", "\"\" " + script } )
+    std::string const script = Script( "", "/nowhere/sh" );
+    for ( std::string const& commandLine : { script, mFolder.Path( "missing" ), "/etc/passwd"s,
+              mFolder.Path(), ""s, "true"s, "'/bin/true"s, "/bin/true; true"s, "\"\" /bin/true"s } )
     {
         AdministratorCommand command( commandLine );
         EXPECT_FALSE( command.Start() ) << commandLine;
@@ -159,19 +149,10 @@ TEST_F( AdministratorCommandTest, WhatCannotBeStartedIsAFailureOfStart )
     }
 }
 
-TEST_F( AdministratorCommandTest, ABlankInThePathBreaksTheCommandAndQuotingMendsIt )
-{
-    std::string const path = Script( ": >" + mDone, "My Panel/x.sh" );
-    EXPECT_FALSE( RunWithAdministratorRights( path + " -stop" ) );
-    EXPECT_FALSE( fs::exists( mDone ) );
-    EXPECT_TRUE( RunWithAdministratorRights( "'" + path + "' -stop" ) );
-    EXPECT_TRUE( fs::exists( mDone ) );
-}
-
 TEST_F( AdministratorCommandTest, TheCommandFindsCleanSurroundings )
 {
     std::string const commandLine = Script( kRecorder ) + " " + mDone + " -stop";
-    EXPECT_TRUE( RunsAfter( [&] { SoilSurroundings( mFolder ); }, commandLine ) );
+    ExpectToRunAfter( [this] { SoilSurroundings( mFolder.Path() ); }, commandLine );
     std::stringstream recorded;
     recorded << std::ifstream( mDone ).rdbuf();
     EXPECT_EQ( recorded.str(), kRecorded );
@@ -200,6 +181,6 @@ TEST_F( AdministratorCommandTest, ACommandThatIsGivenUpStillRunsToItsEnd )
 
 TEST_F( AdministratorCommandTest, RunsWithoutStandardDescriptors )
 {
-    auto const closeAll = [] { close_range( 0, 2, 0 ); };
-    EXPECT_TRUE( RunsAfter( closeAll, Script( "echo out && echo error >&2 && cat" ) ) );
+    ExpectToRunAfter(
+        [] { close_range( 0, 2, 0 ); }, Script( "echo out && echo error >&2 && cat" ) );
 }

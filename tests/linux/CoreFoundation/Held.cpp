@@ -1,16 +1,7 @@
 #include "tests/linux/CoreFoundation/Held.h"
 
-#include <CoreFoundation/CFArray.h>
-#include <CoreFoundation/CFData.h>
-#include <CoreFoundation/CFDate.h>
-#include <CoreFoundation/CFDictionary.h>
-#include <CoreFoundation/CFNumber.h>
-#include <CoreFoundation/CFPropertyList.h>
-#include <CoreFoundation/CFString.h>
-
 #include <cmath>
-#include <iomanip>
-#include <set>
+#include <map>
 #include <sstream>
 #include <vector>
 
@@ -25,6 +16,11 @@ Held<CFDataRef> Data( std::string_view bytes )
 {
     return Held<CFDataRef>( CFDataCreate( kCFAllocatorDefault,
         reinterpret_cast<UInt8 const*>( bytes.data() ), static_cast<CFIndex>( bytes.size() ) ) );
+}
+
+std::string Bytes( CFDataRef data )
+{
+    return { CFDataGetBytePtr( data ), CFDataGetBytePtr( data ) + CFDataGetLength( data ) };
 }
 
 std::string Element( std::string const& name, std::string const& content )
@@ -57,35 +53,26 @@ std::string DescribeNumber( CFNumberRef number )
     std::ostringstream out;
     SInt64 integer = 0;
     double real = 0;
-    if ( CFNumberGetType( number ) != kCFNumberFloat64Type )
-        return CFNumberGetValue( number, kCFNumberSInt64Type, &integer )
-                   ? "i" + std::to_string( integer )
-                   : "i" + std::to_string( static_cast<UInt64>( integer ) );
     CFNumberGetValue( number, kCFNumberFloat64Type, &real );
-    out << 'r' << real;
+    if ( CFNumberGetType( number ) == kCFNumberFloat64Type )
+        out << 'r' << real;
+    else if ( CFNumberGetValue( number, kCFNumberSInt64Type, &integer ) )
+        out << 'i' << integer;
+    else
+        out << 'i' << static_cast<UInt64>( integer );
     return out.str();
-}
-
-std::string DescribeData( CFDataRef data )
-{
-    std::ostringstream out;
-    for ( CFIndex i = 0; i < CFDataGetLength( data ); ++i )
-        out << std::hex << std::setw( 2 ) << std::setfill( '0' ) << +CFDataGetBytePtr( data )[i];
-    return '<' + out.str() + '>';
 }
 
 std::string DescribeDictionary( CFDictionaryRef dictionary )
 {
-    auto const count = static_cast<std::size_t>( CFDictionaryGetCount( dictionary ) );
-    std::vector<void const*> keys( count );
-    std::vector<void const*> values( count );
-    CFDictionaryGetKeysAndValues( dictionary, keys.data(), values.data() );
-    std::set<std::string> entries;
-    for ( std::size_t i = 0; i < count; ++i )
-        entries.insert( Describe( keys[i] ) + "=" + Describe( values[i] ) );
+    std::vector<void const*> keys( static_cast<std::size_t>( CFDictionaryGetCount( dictionary ) ) );
+    CFDictionaryGetKeysAndValues( dictionary, keys.data(), nullptr );
+    std::map<std::string, std::string> entries;
+    for ( void const* key : keys )
+        entries[Describe( key )] = Describe( CFDictionaryGetValue( dictionary, key ) );
     std::string text;
-    for ( std::string const& entry : entries )
-        text += ( text.empty() ? "" : "," ) + entry;
+    for ( auto const& [key, value] : entries )
+        text += ( text.empty() ? "" : "," ) + key + "=" + value;
     return "{" + text + "}";
 }
 
@@ -101,9 +88,9 @@ std::string DescribeArray( CFArrayRef array )
 
 std::string Describe( CFTypeRef object )
 {
+    CFTypeID const type = object != nullptr ? CFGetTypeID( object ) : 0;
     if ( object == nullptr )
         return "null";
-    CFTypeID const type = CFGetTypeID( object );
     if ( type == CFStringGetTypeID() )
         return '"' + Text( As<CFStringRef>( object ) ) + '"';
     if ( type == CFNumberGetTypeID() )
@@ -114,7 +101,7 @@ std::string Describe( CFTypeRef object )
         return "@" +
                std::to_string( std::lround( CFDateGetAbsoluteTime( As<CFDateRef>( object ) ) ) );
     if ( type == CFDataGetTypeID() )
-        return DescribeData( As<CFDataRef>( object ) );
+        return '<' + Bytes( As<CFDataRef>( object ) ) + '>';
     return type == CFArrayGetTypeID() ? DescribeArray( As<CFArrayRef>( object ) )
                                       : DescribeDictionary( As<CFDictionaryRef>( object ) );
 }

@@ -2,7 +2,7 @@
 
 // Ownership and short forms for the tests of the Core Foundation-compatible layer.
 
-#include <CoreFoundation/CFBase.h>
+#include <CoreFoundation/CoreFoundation.h>
 
 #include <memory>
 #include <string>
@@ -33,6 +33,8 @@ std::string Text( CFStringRef string );
 
 Held<CFDataRef> Data( std::string_view bytes );
 
+std::string Bytes( CFDataRef data );
+
 /// The XML element with that content.
 std::string Element( std::string const& name, std::string const& content );
 
@@ -40,5 +42,5 @@ std::string Element( std::string const& name, std::string const& content );
 Held<CFTypeRef> Parsed( std::string_view text, CFOptionFlags option = 0 );
 
 /// An object as text: {"key"="value"} with sorted keys, ["a","b"], i5 for integers, r2.5 for reals,
-/// true, @seconds for dates, <hex> for data. Strings are written in UTF-8 between quotes.
+/// true, @seconds for dates, <bytes> for data. Strings are written in UTF-8 between quotes.
 std::string Describe( CFTypeRef object );

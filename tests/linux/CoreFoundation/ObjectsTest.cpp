@@ -1,12 +1,5 @@
 #include "tests/linux/CoreFoundation/Held.h"
 
-#include <CoreFoundation/CFArray.h>
-#include <CoreFoundation/CFData.h>
-#include <CoreFoundation/CFDate.h>
-#include <CoreFoundation/CFDictionary.h>
-#include <CoreFoundation/CFNumber.h>
-#include <CoreFoundation/CFString.h>
-
 #include <gtest/gtest.h>
 #include <iomanip>
 #include <set>
@@ -58,7 +51,6 @@ TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
             " ~0 ~0 ~0 -9223372036854775808 -9.2233720368547758e+18 -9.2233720368547758e+18" },
         { Element( "integer", "0xffffffffffffffff" ),
             " ~-1 ~-1 ~-1 ~-1 ~1.8446744073709552e+19 ~1.8446744073709552e+19" },
-        { Element( "real", "-3.5" ), " ~-3 ~-3 ~-3 ~-3 -3.5 -3.5" },
         { Element( "real", "0.1" ), " ~0 ~0 ~0 ~0 ~0.10000000149011612 0.10000000000000001" },
         { Element( "real", "128" ), " ~127 128 128 128 128 128" },
         { Element( "real", "-128" ), " -128 -128 -128 -128 -128 -128" },
@@ -75,14 +67,14 @@ TEST( Number, IsReadAsEachTypeAndSaysWhetherSomethingIsLost )
 
 TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
 {
-    char const* const equal[][2] = { { "<integer>1</integer>", "<real>1.0</real>" },
+    char const* const equal[][2] = {
+        { "<integer>0x8000000000000800</integer>", "<real>9223372036854777856</real>" },
         { "<integer>0</integer>", "<real>-0.0</real>" },
         { "<real>18446744073709551616</real>", "<real>0.18446744073709551616e20</real>" },
-        { "<real>nan</real>", "<real>NaN</real>" }, { "<true/>", "<true></true>" },
-        { "<string>e</string>", "<string>&#101;</string>" },
-        { "<data>AAEC</data>", "<data>AA EC</data>" },
+        { "<real>nan</real>", "<real>NaN</real>" }, { "<data>AAEC</data>", "<data>AA EC</data>" },
         { "<date>2001-01-01T00:00:60Z</date>", "<date>2001-01-01T00:01:00Z</date>" },
-        { "<array><true/><string/></array>", "<array><true/><string></string></array>" },
+        { "<array><true/><string>e</string></array>",
+            "<array><true/><string>&#101;</string></array>" },
         { "<dict><key>a</key><integer>2</integer><key>b</key><true/></dict>",
             "<dict><key>b</key><true/><key>a</key><real>2</real></dict>" } };
     // Each differs from all others.
@@ -90,12 +82,11 @@ TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
         "<false/>", "<integer>9007199254740993</integer>", "<real>9007199254740992</real>",
         "<integer>9223372036854775807</integer>", "<real>9223372036854775808</real>",
         "<integer>18446744073709551615</integer>", "<real>18446744073709551616</real>",
-        "<integer>-1</integer>", "<real>nan</real>", "<real>inf</real>", "<real>-inf</real>",
-        "<string>&#xE9;</string>", "<string>e&#x301;</string>", "<string></string>",
-        "<data></data>", "<data>AAEC</data>", "<data>AAED</data>",
-        "<date>2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:01Z</date>",
-        "<array><true/><string/></array>", "<array><string/><true/></array>",
-        "<array><true/></array>", "<array><true/><true/></array>", "<dict/>",
+        "<integer>-1</integer>", "<real>nan</real>", "<real>inf</real>", "<string>&#xE9;</string>",
+        "<string>e&#x301;</string>", "<string/>", "<data></data>", "<data>AAEC</data>",
+        "<data>AAED</data>", "<date>2001-01-01T00:00:00Z</date>",
+        "<date>2001-01-01T00:00:01Z</date>", "<array><true/><string/></array>",
+        "<array><string/><true/></array>", "<array><true/></array>", "<dict/>",
         "<dict><key>a</key><true/></dict>", "<dict><key>a</key><false/></dict>",
         "<dict><key>b</key><true/></dict>" };
     for ( auto const& [a, b] : equal )
@@ -110,18 +101,6 @@ TEST( Objects, AreEqualByTypeAndExactValueAndThenHashAlike )
             EXPECT_EQ( a == b, CFEqual( Parsed( a ).get(), Parsed( b ).get() ) != 0 ) << a << b;
 }
 
-TEST( Data, IsACopyOfItsBytes )
-{
-    std::string bytes = "abc";
-    Held<CFDataRef> const data = Data( bytes );
-    bytes = "xyz";
-    UInt8 part[2] = {};
-    CFDataGetBytes( data.get(), CFRangeMake( 1, 2 ), part );
-    EXPECT_EQ( std::string( part, part + 2 ), "bc" );
-    EXPECT_EQ( CFDataCreate( nullptr, part, -1 ), nullptr );
-    EXPECT_EQ( CFDataCreate( nullptr, nullptr, 1 ), nullptr );
-}
-
 Held<CFDictionaryRef> Dictionary( std::vector<void const*> keys, std::vector<void const*> values )
 {
     return Held<CFDictionaryRef>( CFDictionaryCreate( nullptr, keys.data(), values.data(),
@@ -131,18 +110,15 @@ Held<CFDictionaryRef> Dictionary( std::vector<void const*> keys, std::vector<voi
 
 TEST( Containers, RetainWhatTheyHoldUntilTheyGo )
 {
-    Held<CFTypeRef> array = Parsed( "<array><true/></array>" );
+    Held<CFTypeRef> array = Parsed( "<array/>" );
     Held<CFStringRef> const value = String( "a" );
-    auto const references = [&value] { return CFGetRetainCount( value.get() ); };
     CFArrayAppendValue( As<CFMutableArrayRef>( array.get() ), value.get() );
-    EXPECT_EQ( Describe( array.get() ), R"([true,"a"])" );
-    EXPECT_EQ( references(), 2 );
     Held<CFDictionaryRef> dictionary = Dictionary( { value.get() }, { value.get() } );
-    EXPECT_EQ( references(), 4 );
+    EXPECT_EQ( CFGetRetainCount( value.get() ), 4 );
     dictionary.reset();
-    EXPECT_EQ( references(), 2 );
+    EXPECT_EQ( CFGetRetainCount( value.get() ), 2 );
     array.reset();
-    EXPECT_EQ( references(), 1 );
+    EXPECT_EQ( CFGetRetainCount( value.get() ), 1 );
 }
 
 TEST( Dictionary, FindsValuesByEqualKeysOfWhichTheFirstStaysWithTheLastValue )
@@ -154,26 +130,32 @@ TEST( Dictionary, FindsValuesByEqualKeysOfWhichTheFirstStaysWithTheLastValue )
         Dictionary( { first.get(), second.get() }, { absent.get(), kCFBooleanTrue } );
     void const* found = nullptr;
     EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), second.get(), &found ) );
-    EXPECT_EQ( found, kCFBooleanTrue );
-    EXPECT_TRUE( CFDictionaryGetValueIfPresent( dictionary.get(), first.get(), nullptr ) );
-    EXPECT_EQ( CFDictionaryGetValue( dictionary.get(), absent.get() ), nullptr );
     EXPECT_FALSE( CFDictionaryGetValueIfPresent( dictionary.get(), absent.get(), &found ) );
     EXPECT_EQ( found, kCFBooleanTrue );
-    auto const changing = As<CFMutableDictionaryRef>( dictionary.get() );
-    CFDictionarySetValue( changing, second.get(), kCFBooleanFalse );
+    EXPECT_EQ( CFDictionaryGetValue( dictionary.get(), absent.get() ), nullptr );
+    CFDictionarySetValue(
+        As<CFMutableDictionaryRef>( dictionary.get() ), second.get(), kCFBooleanFalse );
     EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=false})" );
     EXPECT_EQ( CFGetRetainCount( first.get() ), 2 );
-    EXPECT_EQ( CFGetRetainCount( second.get() ), 1 );
-    EXPECT_EQ( CFGetRetainCount( absent.get() ), 1 );
+    EXPECT_EQ( CFGetRetainCount( second.get() ) + CFGetRetainCount( absent.get() ), 2 );
 }
 
-TEST( Dictionary, RefusesForeignCallBacksAndNegativeCounts )
+TEST( Objects, AreNotMadeFromNegativeCountsNothingAndForeignCallBacks )
 {
     auto const* const keys = &kCFTypeDictionaryKeyCallBacks;
     auto const* const values = &kCFTypeDictionaryValueCallBacks;
-    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, 0, nullptr, values ), nullptr );
-    EXPECT_EQ( CFDictionaryCreateMutable( nullptr, 0, keys, nullptr ), nullptr );
-    EXPECT_EQ( CFDictionaryCreate( nullptr, nullptr, nullptr, -1, keys, values ), nullptr );
+    UInt8 const bytes[2] = {};
+    UniChar const unit = 'a';
+    for ( CFTypeRef const object :
+        { CFTypeRef( CFDictionaryCreate( nullptr, nullptr, nullptr, 0, nullptr, values ) ),
+            CFTypeRef( CFDictionaryCreateMutable( nullptr, 0, keys, nullptr ) ),
+            CFTypeRef( CFDictionaryCreate( nullptr, nullptr, nullptr, -1, keys, values ) ),
+            CFTypeRef( CFDataCreate( nullptr, bytes, -1 ) ),
+            CFTypeRef( CFDataCreate( nullptr, nullptr, 1 ) ),
+            CFTypeRef( CFStringCreateWithBytes( nullptr, nullptr, 1, 0, false ) ),
+            CFTypeRef( CFStringCreateWithCharacters( nullptr, &unit, -1 ) ),
+            CFTypeRef( CFStringCreateWithCharacters( nullptr, nullptr, 1 ) ) } )
+        EXPECT_EQ( object, nullptr );
 }
 
 TEST( References, AreCountedAcrossThreadsButNotThoseToConstants )
@@ -190,8 +172,8 @@ TEST( References, AreCountedAcrossThreadsButNotThoseToConstants )
     for ( std::thread& thread : threads )
         thread.join();
     EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
-    for ( int i = 0; i < 3; ++i )
-        CFRelease( kCFBooleanTrue );
+    CFRelease( kCFBooleanTrue );
+    CFRelease( kCFBooleanTrue );
     EXPECT_TRUE( CFBooleanGetValue( kCFBooleanTrue ) );
 }
 
@@ -206,7 +188,6 @@ TEST( ReferencesDeathTest, BrokenContractsTrap )
     EXPECT_DEATH( CFRelease( nullptr ), "" );
     EXPECT_DEATH( CFRetain( nullptr ), "" );
     EXPECT_DEATH( CFHash( nullptr ), "" );
-    EXPECT_DEATH( CFGetTypeID( nullptr ), "" );
     EXPECT_DEATH( CFEqual( nullptr, string.get() ), "" );
     EXPECT_DEATH( CFEqual( string.get(), nullptr ), "" );
     EXPECT_DEATH( CFStringGetCharacters( string.get(), CFRangeMake( 2, 2 ), units ), "" );

@@ -2,13 +2,6 @@
 
 #include "tests/support/AllocationFailure.h"
 
-#include <CoreFoundation/CFArray.h>
-#include <CoreFoundation/CFData.h>
-#include <CoreFoundation/CFDictionary.h>
-#include <CoreFoundation/CFPropertyList.h>
-#include <CoreFoundation/CFString.h>
-#include <CoreFoundation/CFURL.h>
-
 #include <functional>
 #include <gtest/gtest.h>
 #include <new>
@@ -45,21 +38,23 @@ constexpr char kRich[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
 
 TEST( HostilePropertyList, IsAnErrorTruncatedAnywhere )
 {
-    std::string const whole = kRich;
+    std::string_view const whole = kRich;
     ASSERT_TRUE( IsRead( whole ) );
     for ( std::size_t length = 0; length < whole.size(); ++length )
         EXPECT_FALSE( IsRead( whole.substr( 0, length ) ) ) << length;
 }
 
-TEST( HostilePropertyList, MayNest512LevelsAndNotOneMore )
+TEST( HostilePropertyList, MayNest512LevelsAndHave16MiBAndNotOneMore )
 {
     EXPECT_TRUE( IsRead( Nested( 512 ) ) );
-    EXPECT_FALSE( IsRead( Nested( 513 ) ) );
-    EXPECT_TRUE( IsRead( "<plist>" + Nested( 511 ) + "</plist>" ) );
-    EXPECT_FALSE( IsRead( "<plist>" + Nested( 512 ) + "</plist>" ) );
-    EXPECT_FALSE( IsRead( Nested( 100000 ) ) );
-    EXPECT_FALSE( IsRead( Repeat( "<dict><key>k</key>", 100000 ) ) );
-    EXPECT_FALSE( IsRead( Repeat( "<string>", 100000 ) ) );
+    EXPECT_TRUE( IsRead( Element( "plist", Nested( 511 ) ) ) );
+    std::string text = "<true/>";
+    text.resize( 16 * 1024 * 1024, ' ' );
+    EXPECT_TRUE( IsRead( text ) );
+    for ( std::string const& refused :
+        { text + ' ', Nested( 513 ), Element( "plist", Nested( 512 ) ), Repeat( "<array>", 100000 ),
+            Repeat( "<dict><key>k</key>", 100000 ), Repeat( "<string>", 100000 ) } )
+        EXPECT_FALSE( IsRead( refused ) ) << refused.substr( 0, 30 );
 }
 
 TEST( HostilePropertyList, CannotDefineOrFetchEntities )
@@ -74,15 +69,6 @@ TEST( HostilePropertyList, CannotDefineOrFetchEntities )
     }
 }
 
-TEST( HostilePropertyList, IsRefusedBeyond16MiB )
-{
-    std::string text = "<plist><true/></plist>";
-    text.resize( 16 * 1024 * 1024, ' ' );
-    EXPECT_TRUE( IsRead( text ) );
-    text += ' ';
-    EXPECT_FALSE( IsRead( text ) );
-}
-
 // Twelve megabytes and a hundred thousand keys; the time limit of the test program is far above
 // what a linear parser needs and far below what a quadratic one would.
 TEST( HostilePropertyList, IsReadInLinearTime )
@@ -94,10 +80,7 @@ TEST( HostilePropertyList, IsReadInLinearTime )
     text += "<key>long</key><string>" + Repeat( "line\r\n", 300000 ) + "</string></dict>";
     Held<CFTypeRef> const list = Parsed( text );
     ASSERT_NE( list, nullptr );
-    auto const dictionary = As<CFDictionaryRef>( list.get() );
-    EXPECT_EQ( CFDictionaryGetCount( dictionary ), 100001 );
-    void const* const value = CFDictionaryGetValue( dictionary, String( "long" ).get() );
-    EXPECT_EQ( CFStringGetLength( As<CFStringRef>( value ) ), 6 * 300000 );
+    EXPECT_EQ( CFDictionaryGetCount( As<CFDictionaryRef>( list.get() ) ), 100001 );
 }
 
 TEST( WithoutMemory, CreatingAnswersNullAndLeavesNothingBehind )
@@ -117,11 +100,9 @@ TEST( WithoutMemory, CreatingAnswersNullAndLeavesNothingBehind )
             return CFDictionaryCreate( nullptr, values, values, 1, &kCFTypeDictionaryKeyCallBacks,
                 &kCFTypeDictionaryValueCallBacks );
         },
-        [&] { return CFURLCreateWithFileSystemPath( nullptr, text.get(), 0, true ); },
         [&]
         { return CFURLCreateCopyAppendingPathComponent( nullptr, url.get(), text.get(), true ); },
         [&] { return CFURLCreateCopyDeletingLastPathComponent( nullptr, url.get() ); },
-        [&] { return CFURLCopyFileSystemPath( url.get(), 0 ); },
         [&] { return CFURLCopyLastPathComponent( url.get() ); },
         [&]
         {
@@ -159,15 +140,12 @@ TEST( WithoutMemory, AddingLeavesTheContainerAsItWas )
 {
     Held<CFTypeRef> const list = Parsed( "<array><dict/><string>12345678</string></array>", 2 );
     auto const array = As<CFMutableArrayRef>( list.get() );
-    auto const element = [array]( CFIndex index )
-    { return CFArrayGetValueAtIndex( array, index ); };
+    auto const dictionary = As<CFMutableDictionaryRef>( CFArrayGetValueAtIndex( array, 0 ) );
+    auto const string = As<CFMutableStringRef>( CFArrayGetValueAtIndex( array, 1 ) );
     Held<CFStringRef> const value = String( "a text longer than the room that is left" );
     std::function<void()> const additions[] = { [&] { CFArrayAppendValue( array, value.get() ); },
-        [&] {
-            CFDictionarySetValue(
-                As<CFMutableDictionaryRef>( element( 0 ) ), value.get(), value.get() );
-        },
-        [&] { CFStringAppend( As<CFMutableStringRef>( element( 1 ) ), value.get() ); } };
+        [&] { CFDictionarySetValue( dictionary, value.get(), value.get() ); },
+        [&] { CFStringAppend( string, value.get() ); } };
     for ( std::function<void()> const& add : additions )
     {
         AllocationFailure const failure( 1 );

@@ -1,12 +1,13 @@
-#include <algorithm>
+#include "tests/support/InChild.h"
+
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <list>
-#include <sched.h>
+#include <map>
+#include <span>
 #include <string>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/sysctl.h>
@@ -29,7 +30,8 @@ int Sysctl( std::vector<int> name, void* table, size_t* length, void* newValue =
     return result == 0 ? 0 : errno;
 }
 
-std::vector<kinfo_proc> Fetch()
+// The short names by their PIDs, which come once each and in ascending order.
+std::map<pid_t, std::string> Fetch()
 {
     size_t length = 0;
     EXPECT_EQ( Sysctl( kTable, nullptr, &length ), 0 );
@@ -38,80 +40,54 @@ std::vector<kinfo_proc> Fetch()
     length = table.size() * kRecord;
     EXPECT_EQ( Sysctl( kTable, table.data(), &length ), 0 );
     EXPECT_EQ( length % kRecord, 0U );
-    table.resize( length / kRecord );
-    return table;
-}
-
-// The short names under which a process is listed: one, or none.
-std::vector<std::string> NamesOf( pid_t pid, std::vector<kinfo_proc> const& table = Fetch() )
-{
-    std::vector<std::string> names;
-    for ( kinfo_proc const& process : table )
+    std::map<pid_t, std::string> names;
+    for ( kinfo_proc const& process : std::span( table ).first( length / kRecord ) )
     {
-        if ( process.kp_proc.p_pid == pid )
-            names.emplace_back( process.kp_proc.p_comm );
+        EXPECT_TRUE( names.empty() || names.rbegin()->first < process.kp_proc.p_pid );
+        names[process.kp_proc.p_pid] = process.kp_proc.p_comm;
     }
     return names;
 }
 
-// A child that has taken a short name and then does `work` for ever.
-class Child
+// A child that has taken a short name and stopped. When it is continued, it starts other processes
+// for ever.
+struct Child
 {
-  public:
-    explicit Child(
-        char const* name, void ( *work )() = [] { pause(); } )
+    explicit Child( char const* name ) : pid( fork() )
     {
-        int ready[2];
-        EXPECT_EQ( pipe( ready ), 0 );
-        mPID = fork();
-        if ( mPID == 0 )
+        if ( pid == 0 )
         {
             prctl( PR_SET_PDEATHSIG, SIGKILL );
             prctl( PR_SET_NAME, name );
-            close( ready[0] );
-            close( ready[1] );
-            for ( ;; )
-                work();
+            for ( raise( SIGSTOP );; waitpid( -1, nullptr, 0 ) )
+                if ( fork() == 0 )
+                    _exit( 0 );
         }
-        close( ready[1] );
-        char nothing;
-        EXPECT_EQ( read( ready[0], &nothing, 1 ), 0 );
-        close( ready[0] );
+        waitpid( pid, nullptr, WUNTRACED );
     }
 
     ~Child()
     {
-        kill( mPID, SIGKILL );
-        waitpid( mPID, nullptr, 0 );
+        kill( pid, SIGKILL );
+        waitpid( pid, nullptr, 0 );
     }
 
     Child( Child const& ) = delete;
 
-    pid_t PID() const { return mPID; }
-
-  private:
-    pid_t mPID = -1;
+    pid_t const pid;
 };
 } // namespace
 
-TEST( ProcessTable, ListsShortNamesAsTheyAreOnceEachInTheOrderOfProc )
+TEST( ProcessTable, ListsShortNamesAsTheyAre )
 {
     char const* const names[] = { "", " ", "WUXAgent", "fifteen letters", ") S 1 (", "two\nlines",
         "\n", "end\n", "\xff\xfe\x01", " tab\tand blank ", "12345", "sixteen letters and more" };
-    std::list<Child> children;
-    for ( char const* name : names )
-        children.emplace_back( name );
-    std::vector<kinfo_proc> const table = Fetch();
     for ( char const* name : names )
     {
-        std::string const kept = std::string( name ).substr( 0, 15 );
-        EXPECT_EQ( NamesOf( children.front().PID(), table ), std::vector{ kept } );
-        children.pop_front();
+        Child const child( name );
+        EXPECT_EQ( Fetch().at( child.pid ), std::string( name ).substr( 0, 15 ) );
     }
-    EXPECT_EQ( NamesOf( getpid(), table ).size(), 1U );
-    auto const later = []( kinfo_proc const& a, kinfo_proc const& b )
-    { return a.kp_proc.p_pid >= b.kp_proc.p_pid; };
-    EXPECT_EQ( std::adjacent_find( table.begin(), table.end(), later ), table.end() );
+    EXPECT_TRUE( Fetch().contains( getpid() ) );
 }
 
 TEST( ProcessTable, ListsAProcessUntilItHasBeenWaitedFor )
@@ -121,9 +97,9 @@ TEST( ProcessTable, ListsAProcessUntilItHasBeenWaitedFor )
         _exit( 0 );
     siginfo_t end;
     ASSERT_EQ( waitid( P_PID, static_cast<id_t>( child ), &end, WEXITED | WNOWAIT ), 0 );
-    EXPECT_EQ( NamesOf( child ).size(), 1U );
+    EXPECT_TRUE( Fetch().contains( child ) );
     waitpid( child, nullptr, 0 );
-    EXPECT_EQ( NamesOf( child ).size(), 0U );
+    EXPECT_FALSE( Fetch().contains( child ) );
 }
 
 TEST( ProcessTable, NeverMissesAProcessThatStaysWhileOthersComeAndGo )
@@ -133,23 +109,14 @@ TEST( ProcessTable, NeverMissesAProcessThatStaysWhileOthersComeAndGo )
         staying.emplace_back( "staying" );
     std::list<Child> churning;
     for ( int i = 0; i < 3; ++i )
-    {
-        churning.emplace_back( "churning",
-            []
-            {
-                pid_t const child = fork();
-                if ( child == 0 )
-                    _exit( 0 );
-                waitpid( child, nullptr, 0 );
-            } );
-    }
+        kill( churning.emplace_back( "churning" ).pid, SIGCONT );
     int fetches = 0;
     auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds( 1500 );
     for ( ; std::chrono::steady_clock::now() < end; ++fetches )
     {
-        std::vector<kinfo_proc> const table = Fetch();
+        std::map<pid_t, std::string> const table = Fetch();
         for ( Child const& child : staying )
-            ASSERT_EQ( NamesOf( child.PID(), table ).size(), 1U );
+            ASSERT_TRUE( table.contains( child.pid ) );
     }
     EXPECT_GT( fetches, 10 );
 }
@@ -169,12 +136,11 @@ TEST( ProcessTable, ABufferThatIsTooSmallIsFilledWithWholeRecordsAndNoMore )
 {
     for ( size_t capacity : { size_t( 0 ), kRecord - 1, kRecord, 2 * kRecord - 1 } )
     {
-        std::vector<char> table( 2 * kRecord, '\x5A' );
+        std::string table( 2 * kRecord, '\x5A' );
         size_t length = capacity;
         EXPECT_EQ( Sysctl( kTable, table.data(), &length ), ENOMEM );
         EXPECT_EQ( length, capacity / kRecord * kRecord );
-        EXPECT_EQ( std::string( table.data() + length, table.data() + 2 * kRecord ),
-            std::string( 2 * kRecord - length, '\x5A' ) );
+        EXPECT_EQ( table.substr( length ), std::string( 2 * kRecord - length, '\x5A' ) );
     }
 }
 
@@ -192,15 +158,10 @@ TEST( ProcessTable, RefusesWhatItDoesNotHave )
 
 TEST( ProcessTable, ReportsThatNoDescriptorIsLeftAndLosesNone )
 {
-    auto const firstFree = []
-    {
-        int const descriptor = dup( 0 );
-        close( descriptor );
-        return descriptor;
-    };
     rlimit before;
     ASSERT_EQ( getrlimit( RLIMIT_NOFILE, &before ), 0 );
-    int const free = firstFree();
+    int const free = dup( 0 );
+    close( free );
     std::vector<char> table( 1 << 20 );
     for ( int spare : { 0, 1 } )
     {
@@ -211,23 +172,21 @@ TEST( ProcessTable, ReportsThatNoDescriptorIsLeftAndLosesNone )
         setrlimit( RLIMIT_NOFILE, &before );
         EXPECT_EQ( error, EMFILE ) << spare;
     }
-    EXPECT_EQ( firstFree(), free );
+    EXPECT_EQ( dup( 0 ), free );
+    close( free );
 }
 
 TEST( ProcessTable, ReportsThatNoTableIsMountedOnProc )
 {
-    pid_t const child = fork();
-    if ( child == 0 )
-    {
-        if ( unshare( CLONE_NEWUSER | CLONE_NEWNS ) == -1 ||
-             mount( "none", "/proc", "tmpfs", 0, nullptr ) == -1 )
-            _exit( 77 );
-        size_t length = 0;
-        _exit( Sysctl( kTable, nullptr, &length ) == ENOENT ? 0 : 1 );
-    }
-    int status = 0;
-    ASSERT_EQ( waitpid( child, &status, 0 ), child );
-    if ( WIFEXITED( status ) && WEXITSTATUS( status ) == 77 )
+    size_t length = 0;
+    std::string const error = InChild(
+        [&length]() -> std::string
+        {
+            return MountPrivately( "/proc", "4k" )
+                       ? std::to_string( Sysctl( kTable, nullptr, &length ) )
+                       : "";
+        } );
+    if ( error.empty() )
         GTEST_SKIP() << "SKIPPED: this machine makes no mount namespaces";
-    EXPECT_EQ( status, 0 );
+    EXPECT_EQ( error, std::to_string( ENOENT ) );
 }
