@@ -89,7 +89,7 @@ void PrintChecksum( char const* path )
     LineCounter counter;
     LineMaker lineMaker( counter );
     ReceiverPair both( checksum, lineMaker );
-    ReadFile( MakeFileLocation( path ), both );
+    ReadFile( MakeFileLocationOfBytes( ConstData( path ) ), both );
     std::printf(
         "0x%08X %llu %llu %s\n", checksum.checksum, counter.Lines(), counter.Bytes(), path );
 }
@@ -113,11 +113,6 @@ int main( int argc, char** argv )
         catch ( std::exception const& error )
         {
             std::fprintf( stderr, "checksum: %s: %s\n", argv[i], error.what() );
-            status = 1;
-        }
-        catch ( CFStringCreateError const& )
-        {
-            std::fprintf( stderr, "checksum: %s: the name is no UTF-8\n", argv[i] );
             status = 1;
         }
         catch ( CFURLCreateWithFileSystemPathFailed const& )

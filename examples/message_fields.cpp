@@ -128,7 +128,7 @@ int main( int argumentCount, char* arguments[] )
     }
     try
     {
-        FileReader file( MakeFileLocation( arguments[1] ) );
+        FileReader file( MakeFileLocationOfBytes( ConstData( arguments[1] ) ) );
         MessagePrinter message;
         ReadReader( file, message );
         if ( !std::cout.flush() )
@@ -141,11 +141,6 @@ int main( int argumentCount, char* arguments[] )
     {
         std::cout << std::flush;
         std::cerr << "message_fields: " << arguments[1] << ": " << error.what() << '\n';
-        return 1;
-    }
-    catch ( CFStringCreateError const& )
-    {
-        std::cerr << "message_fields: " << arguments[1] << ": the name is no UTF-8\n";
         return 1;
     }
     catch ( CFURLCreateWithFileSystemPathFailed const& )

@@ -44,5 +44,5 @@ class FileIOError : public DebuggableException
     std::unique_ptr<ErrorState> mState;
 };
 
-/// The text for a code of the platform.
+/// The text for a code of the platform: "Unknown error: " and the code in decimal, unsigned.
 std::string MakeErrorString( std::uint32_t code );

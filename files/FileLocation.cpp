@@ -1,7 +1,5 @@
 #include "files/FileLocation.h"
 
-#include "files/FileErrors.h"
-
 FileLocation::FileLocation( FileLocation const& parent, FileName const& name )
     : mPlatform( parent.mPlatform, name )
 {
@@ -19,9 +17,6 @@ FileLocation::FileLocation( FileLocation const& parent, ConstData name )
 
 FileLocation const& FileLocation::RequireNonEmpty() const
 {
-    if ( mPlatform.URL() == nullptr )
-    {
-        throw EmptyFileLocationError( 0 );
-    }
+    mPlatform.RequireNonEmpty();
     return *this;
 }

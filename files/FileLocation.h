@@ -8,8 +8,9 @@
 
 /// Designates one item of the file system, whether or not it exists.
 ///
-/// The portable form of a location: it holds the platform's one and adds nothing. What the
-/// operations do and throw is said there.
+/// The portable form of a location: it holds the platform's one and nothing else. What the
+/// operations do and throw is said there, also that they remember the path: give each thread a copy
+/// of its own.
 class FileLocation
 {
   public:
@@ -44,6 +45,7 @@ class FileLocation
 
     bool IsDirectory() const { return mPlatform.IsDirectory(); }
 
+    /// True for links, and for plain files as well: see the platform's.
     bool IsLink() const { return mPlatform.IsLink(); }
 
     std::string POSIXPath() const { return mPlatform.POSIXPath(); }

@@ -24,13 +24,14 @@ class FileLoop
     /// missing folder is FileNotFoundError and what is no folder DirectoryNotFoundError; and
     /// FSIteratorCreateError for the rest, such as too many open files.
     explicit FileLoop( FileLocation const& folder, char const* pattern = nullptr )
-        : mPlatform( folder.RequireNonEmpty().Platform(), pattern )
+        : mPlatform( folder.Platform(), pattern )
     {
     }
 
     /// Goes to the next item; false after the last one. Throws MacintoshPlatform::FileLoopFailed
-    /// when the folder can no longer be read. A pattern cannot be tried on names of more than 255
-    /// UTF-16 units, which few file systems have: IllegalFileNameLength.
+    /// when the folder can no longer be read, or an item in it not be looked at. A pattern cannot
+    /// be tried on names of more than 255 UTF-16 units, which few file systems have:
+    /// IllegalFileNameLength.
     bool Next() { return mPlatform.Next(); }
 
     /// The rest is about the item that Next went to.

@@ -53,8 +53,7 @@ void FileReader::Open()
 {
     struct stat status;
     RequireRegularFile( stat( mPath.c_str(), &status ), status, mPath );
-    mFile =
-        MacintoshPlatform::OpenPath( mPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC );
+    mFile = MacintoshPlatform::OpenPath( mPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY );
     if ( !mFile.IsOpen() )
     {
         MacintoshPlatform::ThrowFileError<FileNotOpenError>( errno, mPath );

@@ -9,7 +9,9 @@
 /// An operation is tried up to 9 times, with pauses of 25, 50, 100, 200, 400, 800, 1600 and 3200
 /// milliseconds between the tries, on the calling thread. Any exception counts as a failure that
 /// may pass, whatever its type, except EmptyFileLocationError: that is a mistake of the program,
-/// passed on at once and not logged. The caller gets the exception of the last try.
+/// passed on at once and not logged. The caller gets the exception of the last try. That may hide
+/// the first one: when a copy was published but not synced, or a move copied its source but could
+/// not delete it, the later tries find the new item and fail with FileExists.
 
 /// Is told about operations that needed more than one try. This one is silent; derived logs
 /// override what they want to hear of. A log is borrowed for the call and never destroyed through

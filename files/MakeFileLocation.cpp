@@ -23,6 +23,11 @@ FileLocation MakeFileLocation( ConstData path )
     return MacintoshPlatform::MakeFileLocation( path );
 }
 
+FileLocation MakeFileLocationOfBytes( ConstData path )
+{
+    return MacintoshPlatform::MakeFileLocationOfBytes( path );
+}
+
 FileLocation MakeFileLocation( UStringRef<UTF8> path )
 {
     AutoUString<Local8Bit> const native = Transcoder<Local8Bit, UTF8>()( path );

@@ -14,7 +14,12 @@
 FileLocation MakeFileLocation( char const* path );
 FileLocation MakeFileLocation( ConstData path );
 
-/// The same for a Unicode text, which goes through the locale's encoding first: what Transcoder
+/// The same for a path's bytes as the file system has them, whatever their encoding: for names that
+/// come from the command line or from a folder. Throws CFURLCreateWithFileSystemPathFailed as
+/// above.
+FileLocation MakeFileLocationOfBytes( ConstData path );
+
+/// As the first for a Unicode text, which goes through the locale's encoding first: what Transcoder
 /// throws comes in addition.
 FileLocation MakeFileLocation( UStringRef<UTF8> path );
 

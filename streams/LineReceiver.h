@@ -16,7 +16,7 @@ class LineReceiver
     /// The stream's first byte has this position.
     virtual void Start( unsigned long long position ) = 0;
 
-    /// The next piece of a line, without line breaks. Valid during the call.
+    /// The next piece of a line, not empty and without line breaks. Valid during the call.
     virtual void Receive( ConstData text ) = 0;
 
     /// The line ends with a break in these bytes.

@@ -59,8 +59,7 @@ void Require( int result, ItemPlace const& item, ItemPlace const& other )
 Descriptor OpenSource( ItemPlace const& from, ItemPlace const& to, struct stat& status )
 {
     // Without waiting, should another process have put a FIFO there meanwhile.
-    Descriptor source(
-        openat( from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC ) );
+    Descriptor source = OpenAt( from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK );
     Require( source.Number(), from, to );
     Require( fstat( source.Number(), &status ), from, to );
     if ( !S_ISREG( status.st_mode ) )
@@ -84,8 +83,8 @@ struct stat CopyRegularFile( ItemPlace const& from, ItemPlace const& to )
 {
     struct stat status;
     Descriptor const source = OpenSource( from, to, status );
-    Descriptor const copy( openat( to.folder, to.name,
-        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR ) );
+    Descriptor const copy =
+        OpenAt( to.folder, to.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR );
     Require( copy.Number(), to, from );
     UnfinishedItem item( to );
     CopyContent( source.Number(), copy.Number(), from, to );

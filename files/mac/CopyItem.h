@@ -11,7 +11,7 @@ namespace MacintoshPlatform
 struct ItemPlace
 {
     int folder;              ///< a descriptor, or AT_FDCWD with a path for a name
-    char const* name;        ///< one component, never followed if it is a link
+    char const* name;        ///< one component; never followed if it leads to a link
     std::string const& path; ///< what errors call the item
 };
 

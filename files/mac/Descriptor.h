@@ -47,15 +47,22 @@ class Descriptor
     int mNumber = -1;
 };
 
-/// What open opens; none, with errno set, when it fails. A signal does not end it.
-inline Descriptor OpenPath( char const* path, int flags, mode_t mode = 0 )
+/// What openat opens, `folder` being a descriptor or AT_FDCWD; none, with errno set, when it fails.
+/// A signal does not end it, and no program that is started inherits the descriptor.
+inline Descriptor OpenAt( int folder, char const* name, int flags, mode_t mode = 0 )
 {
     int number;
     do
     {
-        number = open( path, flags, mode );
+        number = openat( folder, name, flags | O_CLOEXEC, mode );
     } while ( number < 0 && errno == EINTR );
     return Descriptor( number );
+}
+
+/// The same for a path.
+inline Descriptor OpenPath( char const* path, int flags, mode_t mode = 0 )
+{
+    return OpenAt( AT_FDCWD, path, flags, mode );
 }
 
 } // namespace MacintoshPlatform

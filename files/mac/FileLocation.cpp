@@ -89,6 +89,15 @@ void FileLocation::Set( CFURLRef parentURL, FileName const& name )
     mURL = CreateCopyAppendingPathComponent( parentURL, text.Get(), true );
 }
 
+FileLocation const& FileLocation::RequireNonEmpty() const
+{
+    if ( URL() == nullptr )
+    {
+        throw EmptyFileLocationError( 0 );
+    }
+    return *this;
+}
+
 bool FileLocation::Exists() const
 {
     if ( URL() == nullptr )

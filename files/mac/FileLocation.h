@@ -47,6 +47,9 @@ class FileLocation
     /// path can hold, with a zero or an unpaired surrogate.
     void Set( CFURLRef parentURL, FileName const& name );
 
+    /// This location. Throws EmptyFileLocationError with code 0 when it is the empty one.
+    FileLocation const& RequireNonEmpty() const;
+
     /// Lent: it lives as long as the location keeps it. Null for the empty location.
     CFURLRef URL() const { return mURL.Get(); }
 

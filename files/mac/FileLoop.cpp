@@ -17,7 +17,7 @@ namespace
 
 FolderStream OpenFolder( std::string const& path )
 {
-    Descriptor folder = OpenPath( path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC );
+    Descriptor folder = OpenPath( path.c_str(), O_RDONLY | O_DIRECTORY );
     if ( !folder.IsOpen() )
     {
         ThrowCommonFileError( errno, path, {} );
@@ -34,7 +34,7 @@ FolderStream OpenFolder( std::string const& path )
 } // namespace
 
 FileLoop::FileLoop( FileLocation const& folder, char const* pattern )
-    : mFolderPath( folder.POSIXPath() ),
+    : mFolderPath( folder.RequireNonEmpty().POSIXPath() ),
       mPattern( pattern != nullptr ? std::optional<std::string>( pattern ) : std::nullopt ),
       mStream( OpenFolder( mFolderPath ) )
 {

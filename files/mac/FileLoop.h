@@ -13,7 +13,7 @@
 namespace MacintoshPlatform
 {
 
-/// What ::FileLoop says, over the platform's locations. An empty location is FullPathFailed here.
+/// What ::FileLoop says, over the platform's locations.
 class FileLoop
 {
   public:

@@ -85,8 +85,8 @@ void CreateFile( FileLocation const& location, FileCreatingInfo const& info )
     LocatedItem item( location );
     OpenFolder<FileCreateFailed>( item, info.makesParents );
     ItemPlace const place = item.Place();
-    Descriptor const file( openat( place.folder, place.name,
-        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, info.permissions ) );
+    Descriptor const file = OpenAt(
+        place.folder, place.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, info.permissions );
     if ( !file.IsOpen() )
     {
         ThrowFileError<FileCreateFailed>( errno, item.Path() );

@@ -129,8 +129,8 @@ void MoveByCopy( Move const& move, Publishing publishing )
 void SyncSource( Move const& move )
 {
     ItemPlace const source = move.From().Place();
-    Descriptor const file(
-        openat( source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC ) );
+    Descriptor const file =
+        OpenAt( source.folder, source.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK );
     bool const isDone = file.IsOpen() ? fsync( file.Number() ) == 0 : errno == EACCES;
     move.RequireOfSource( isDone ? 0 : errno );
 }

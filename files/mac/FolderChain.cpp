@@ -25,12 +25,7 @@ int OpenStream( int folder, char const* name, FolderStream& stream, struct stat&
 
 Descriptor OpenFolderAt( int folder, char const* name )
 {
-    int number;
-    do
-    {
-        number = openat( folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC );
-    } while ( number < 0 && errno == EINTR );
-    return Descriptor( number );
+    return OpenAt( folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW );
 }
 
 bool IsSameItem( struct stat const& first, struct stat const& second )

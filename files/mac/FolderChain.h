@@ -55,8 +55,7 @@ class FolderChain
     std::vector<Level> mLevels;
 };
 
-/// openat( folder, name ) for a folder, which must not be a link, to be read. A signal does not end
-/// it.
+/// OpenAt for a folder, which must not be a link, to be read.
 Descriptor OpenFolderAt( int folder, char const* name );
 
 /// Whether both tell of the same item.

@@ -13,11 +13,7 @@ namespace
 
 std::string PathOf( FileLocation const& location )
 {
-    if ( location.URL() == nullptr )
-    {
-        throw EmptyFileLocationError( 0 );
-    }
-    std::string path = location.POSIXPath();
+    std::string path = location.RequireNonEmpty().POSIXPath();
     if ( path == "/" )
     {
         throw RootHasNoParent( ConstData( path ), 0 );
@@ -35,7 +31,7 @@ LocatedItem::LocatedItem( FileLocation const& location )
 int LocatedItem::OpenFolder()
 {
     std::string const folder = mSlash == 0 ? "/" : mPath.substr( 0, mSlash );
-    mFolder = Descriptor( open( folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC ) );
+    mFolder = OpenPath( folder.c_str(), O_RDONLY | O_DIRECTORY );
     return mFolder.IsOpen() || errno == EACCES ? 0 : errno;
 }
 

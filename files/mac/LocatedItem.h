@@ -23,8 +23,8 @@ class LocatedItem
 
     std::string const& Path() const { return mPath; }
 
-    /// Opens the folder; answers 0 or an errno value. A folder that may be used but not be read
-    /// stays closed: then Place has the whole path.
+    /// Opens the folder; answers 0 or an errno value. A folder that may not be read stays closed:
+    /// then Place has the whole path, and the calls that follow tell whether it may be used.
     int OpenFolder();
 
     /// Lent: it lives as long as this object.

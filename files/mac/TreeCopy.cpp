@@ -42,7 +42,7 @@ void TreeCopy::Run()
 
 void TreeCopy::BeginFolder()
 {
-    char const* const name = mWalk.Item().name;
+    std::string const name = mWalk.Item().name;
     if ( !mWalk.Enter() )
     {
         return;
@@ -51,8 +51,8 @@ void TreeCopy::BeginFolder()
     {
         ThrowFileError<FileCopyFailed>( EINVAL, mWalk.Path(), mWalk.OtherPath() );
     }
-    RequireOfCopy( mkdirat( mCopies.Number(), name, S_IRWXU ) == 0 ? 0 : errno );
-    RequireOfCopy( mCopies.Enter( mCopies.Number(), name ) );
+    RequireOfCopy( mkdirat( mCopies.Number(), name.c_str(), S_IRWXU ) == 0 ? 0 : errno );
+    RequireOfCopy( mCopies.Enter( mCopies.Number(), name.c_str() ) );
     mLevels.push_back( { name, 0 } );
 }
 

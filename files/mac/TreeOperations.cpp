@@ -171,11 +171,7 @@ void TreeVisitor::FolderEnds( ItemPlace const&, struct stat const& ) {}
 
 void WalkTree( FileLocation const& location, TreeVisitor& visitor )
 {
-    if ( location.URL() == nullptr )
-    {
-        throw EmptyFileLocationError( 0 );
-    }
-    std::string const path = location.POSIXPath();
+    std::string const path = location.RequireNonEmpty().POSIXPath();
     TreeWalk walk( { AT_FDCWD, path.c_str(), path } );
     for ( bool isThere = false;; isThere = true )
     {

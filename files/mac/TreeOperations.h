@@ -29,8 +29,8 @@ class TreeVisitor
   public:
     virtual ~TreeVisitor() = default;
 
-    /// A folder, before it is opened; false passes it by. An open descriptor of the folder above it
-    /// is in `folder`.
+    /// A folder, before it is opened; false passes it by. The place has a descriptor of the folder
+    /// above it; for the item that the walk begins with, AT_FDCWD and the whole path for a name.
     virtual bool FolderBegins( ItemPlace const& folder, struct stat const& status );
 
     /// An item that is no folder.

@@ -11,6 +11,7 @@
 #include <CoreServices/Folders.h>
 
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -31,7 +32,7 @@ std::string MakeName( std::string_view prefix )
         throw IllegalFileName();
     }
     std::string name = MakeUniqueName( prefix );
-    if ( !name.starts_with( prefix ) ) // it was cut
+    if ( name.size() > NAME_MAX )
     {
         throw IllegalFileNameLength();
     }
@@ -42,7 +43,7 @@ std::string MakeName( std::string_view prefix )
 /// not.
 bool MakeFile( char const* path )
 {
-    return OpenPath( path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR ).IsOpen();
+    return OpenPath( path, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR ).IsOpen();
 }
 
 bool MakeDirectory( char const* path )
@@ -55,7 +56,7 @@ bool MakeDirectory( char const* path )
 FileLocation CreateUnique(
     FileLocation const& folder, std::string_view prefix, bool ( *make )( char const* ) )
 {
-    std::string const folderPath = folder.POSIXPath();
+    std::string const folderPath = folder.RequireNonEmpty().POSIXPath();
     std::string const before = folderPath == "/" ? folderPath : folderPath + "/";
     for ( int attempt = 1;; ++attempt )
     {

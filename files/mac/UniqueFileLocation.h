@@ -7,8 +7,7 @@
 namespace MacintoshPlatform
 {
 
-/// What files/UniqueFileLocation.h says, over the platform's locations. An empty location is
-/// FullPathFailed here.
+/// What files/UniqueFileLocation.h says, over the platform's locations.
 FileLocation CreateUniqueFile( FileLocation const& folder, std::string_view prefix );
 FileLocation CreateUniqueDirectory( FileLocation const& folder, std::string_view prefix );
 FileLocation CreateTemporaryFile( std::string_view prefix );

@@ -7,8 +7,7 @@ namespace MacintoshPlatform
 {
 
 /// A file name that cannot be guessed: `prefix` and 128 random bits of the system in 32 hexadecimal
-/// digits. A prefix that would make it longer than 255 bytes is cut, between two characters if it
-/// is UTF-8. Throws CreateUniqueFileLocationFailed when the system has no random bits.
+/// digits. Throws CreateUniqueFileLocationFailed when the system has no random bits.
 std::string MakeUniqueName( std::string_view prefix );
 
 } // namespace MacintoshPlatform

@@ -23,6 +23,7 @@ extern "C"
     /// Answers 0, or -1 with errno set: EINVAL for a state or flags other than COPYFILE_DATA, and
     /// whatever reading, writing or setting the size reports. `to` is then incomplete. A signal
     /// that interrupts a call does not end the copy. A file that grows meanwhile is copied up to
-    /// its size when the copy began; one that shrinks, up to where it was found to end.
+    /// its size when the copy began, unless it said that it is empty; one that shrinks, up to where
+    /// it was found to end.
     int fcopyfile( int from, int to, copyfile_state_t state, copyfile_flags_t flags );
 }

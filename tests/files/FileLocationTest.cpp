@@ -88,11 +88,11 @@ TEST( LocationPath, IsAbsoluteInTheFileSystemsBytesAndBoundedAndTellsEquality )
     for ( auto const& [path, expected] : { std::pair( "/tmp///"s, "/tmp"s ), { "///", "/" },
               { "a b/%41", kHere + "/a b/%41" }, { "", kHere }, { "/a/../b", "/a/../b" } } )
         for ( Location const& made :
-            { At( path ), Location( MakeFileLocationOfBytes( ConstData( path ) ) ) } )
+            { At( path ), Location( ::MakeFileLocationOfBytes( ConstData( path ) ) ) } )
             EXPECT_EQ( expected, made.POSIXPath() );
-    EXPECT_EQ( "/\xff", MakeFileLocationOfBytes( ConstData( "/\xff"s ) ).POSIXPath() );
+    EXPECT_EQ( "/\xff", ::MakeFileLocationOfBytes( ConstData( "/\xff"s ) ).POSIXPath() );
     EXPECT_THROW(
-        MakeFileLocationOfBytes( ConstData( "/a\0b"s ) ), CFURLCreateWithFileSystemPathFailed );
+        ::MakeFileLocationOfBytes( ConstData( "/a\0b"s ) ), CFURLCreateWithFileSystemPathFailed );
     EXPECT_EQ( 1023U, At( "/" + std::string( 1022, 'a' ) ).POSIXPath().size() );
     EXPECT_THROW( At( "/" + std::string( 1023, 'a' ) ).POSIXPath(), FullPathFailed );
     EXPECT_THROW( Location().POSIXPath(), FullPathFailed );

@@ -202,9 +202,10 @@ class PanelTest(unittest.TestCase):
         time.sleep(0.3)
         during = self.picture()
         self.assertTrue(before != during, "the transitional text is painted")
-        xdotool("windowunmap", "--sync", self.x_window())
+        window = self.x_window()
+        xdotool("windowunmap", "--sync", window)
         self.assertTrue(self.picture() != during, "the window is hidden")
-        xdotool("windowmap", "--sync", self.x_window())
+        xdotool("windowmap", "--sync", window)
         wait_for("the window as it was", lambda: self.picture() == during, 5)
         self.go.touch()
 
@@ -246,7 +247,7 @@ class PanelTest(unittest.TestCase):
     # Ways to the window that do not go through the accessibility bus.
 
     def x_window(self):
-        return xdotool("search", "--name", "WUXAgent Control Panel").split()[0]
+        return xdotool("search", "--sync", "--onlyvisible", "--name", "WUXAgent Control Panel").split()[0]
 
     def press_keys(self, *keys):
         xdotool("windowfocus", "--sync", self.x_window())
@@ -263,6 +264,7 @@ class PanelTest(unittest.TestCase):
         window.send_event(xevent.ClientMessage(
             window=window, client_type=server.intern_atom("WM_PROTOCOLS"),
             data=(32, [server.intern_atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])))
+        server.sync()  # Closing alone may lose it.
         server.close()
 
     def picture(self):
