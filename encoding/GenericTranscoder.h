@@ -37,11 +37,5 @@ class GenericTranscoder : public UTextReceiver<From>
     typename From::Unit mPending[From::kLongestCharacter - 1];
 };
 
-template<>
-void GenericTranscoder<UTF32, UTF8>::Receive( ConstArrayOf<UTF8::Unit> units );
-
-template<>
-void GenericTranscoder<UTF8, UTF16>::Receive( ConstArrayOf<UTF16::Unit> units );
-
 extern template class GenericTranscoder<UTF32, UTF8>;
 extern template class GenericTranscoder<UTF8, UTF16>;

@@ -1,6 +1,7 @@
 #include "foundation/ConstData.h"
 
 #include "foundation/Data.h"
+#include "foundation/SearchKernels.h"
 #include "foundation/TrimAsciiWhitespace.h"
 
 #include <algorithm>
@@ -12,20 +13,24 @@
 namespace
 {
 
-/// The first occurrence of a needle that is not empty, or null.
-unsigned char const* Find( ConstData range, ConstData needle )
-{
-    if ( range.Length() < needle.Length() )
-        return nullptr;
-    return static_cast<unsigned char const*>(
-        memmem( range.begin(), range.Length(), needle.begin(), needle.Length() ) );
-}
-
 unsigned char const* Find( ConstData range, unsigned char b )
 {
     if ( range.IsEmpty() )
         return nullptr;
     return static_cast<unsigned char const*>( std::memchr( range.begin(), b, range.Length() ) );
+}
+
+/// The first occurrence of a needle that is not empty, or null.
+unsigned char const* Find( ConstData range, ConstData needle )
+{
+    if ( range.Length() < needle.Length() )
+        return nullptr;
+    if ( needle.Length() == 1 )
+        return Find( range, needle[0] );
+    if ( needle.Length() > kLongestKernelNeedle )
+        return SearchPortably( range, needle );
+    static auto* const search = FirstSupported( SearchKernels() );
+    return search( range, needle );
 }
 
 std::int32_t Offset( ConstData range, unsigned char const* found )

@@ -1,11 +1,12 @@
 #include "streams/ChecksumReceiver.h"
 
+#include "streams/ChecksumKernels.h"
+
 #include <atomic>
 
 namespace
 {
 
-constexpr std::uint32_t kPolynomial = 0x04C11DB7;
 constexpr std::uint32_t kInitialRegister = 0xFFFFFFFF;
 constexpr std::uint32_t kEntries = 256;
 
@@ -37,6 +38,13 @@ void ChecksumReceiver::Start()
 
 void ChecksumReceiver::Receive( ConstData data )
 {
+    auto const length = static_cast<std::size_t>( data.end() - data.begin() );
+    if ( length >= kFewestBytesForKernels )
+    {
+        static ChecksumFunction* const fold = FirstSupported( ChecksumKernels() );
+        checksum = fold( checksum, data.begin(), length );
+        return;
+    }
     std::uint32_t crc = checksum;
     for ( unsigned char const byte : data )
         crc = ( crc << 8 ) ^ ReadEntry( mTable[byte ^ ( crc >> 24 )] );
@@ -53,7 +61,7 @@ std::uint32_t const* ChecksumReceiver::MakeTable()
         for ( int bit = 0; bit < 8; ++bit )
         {
             std::uint32_t const carry = value >> 31;
-            value = ( value << 1 ) ^ ( carry * kPolynomial );
+            value = ( value << 1 ) ^ ( carry * kChecksumPolynomial );
         }
         Entry( gTable[i] ).store( value, std::memory_order_relaxed );
     }

@@ -37,12 +37,29 @@ class HeaderMaker : public LineReceiver
     HeaderMaker& operator()( MessageReceiver& target );
 
     void Start( unsigned long long position ) override;
-    void Receive( ConstData text ) override;
-    void ReceiveLineBreak( Range<unsigned long long> where ) override;
+
+    void Receive( ConstData text ) override
+    {
+        if ( text.IsEmpty() )
+            return;
+        if ( mHandler == &HeaderMaker::PassText )
+            mValue->Receive( text );
+        else
+            Handle( text );
+    }
+
+    void ReceiveLineBreak( Range<unsigned long long> where ) override
+    {
+        mLastBreakStart = where.first;
+        mLineStart = where.last;
+        mHandler = &HeaderMaker::StartHeaderLine;
+    }
+
     void ReceiveEnd( unsigned long long position ) override;
 
   private:
-    // Takes some bytes from the front of a text that is not empty, or changes the handler.
+    // Takes its part from the front of a text that is not empty. Where that ends within the text,
+    // it makes the next handler the current one and hands it the rest.
     using Handler = void ( HeaderMaker::* )( ConstData& text );
 
     void StartHeaderLine( ConstData& text );
@@ -50,6 +67,9 @@ class HeaderMaker : public LineReceiver
     void HandleFieldName( ConstData& text );
     void PassText( ConstData& text );
 
+    void Handle( ConstData text );
+    bool TakeNameInBlocks( ConstData& text );
+    bool TakeNameInBytes( ConstData& text );
     void EmptyName();
     void StartValue();
     void SendFieldEnd( unsigned long long position );

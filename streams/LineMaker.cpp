@@ -1,21 +1,21 @@
 #include "streams/LineMaker.h"
 
+#include "streams/LineBreakKernels.h"
+
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 namespace
 {
 
-constexpr unsigned char kCR = 13;
-constexpr unsigned char kLF = 10;
+constexpr unsigned kFewestBytesForKernels = 16;
 
-// The first `byte` in [begin, end), or `end`.
-unsigned char const* Find(
-    unsigned char byte, unsigned char const* begin, unsigned char const* end )
+unsigned FindLineBreaks( unsigned char const* text, unsigned length, LineBreakOffsets& offsets )
 {
-    void const* const found = std::memchr( begin, byte, static_cast<std::size_t>( end - begin ) );
-    return found != nullptr ? static_cast<unsigned char const*>( found ) : end;
+    if ( length < kFewestBytesForKernels )
+        return LineBreaksByByte( text, 0, length, offsets, 0 );
+    static auto* const find = FirstSupported( LineBreakKernels() );
+    return find( text, length, offsets );
 }
 
 } // namespace
@@ -42,48 +42,70 @@ void LineMaker::Start( unsigned long long position )
 
 void LineMaker::Receive( ConstData data )
 {
-    if ( data.IsEmpty() )
-        return;
-    unsigned char const* cur = data.begin();
-    unsigned char const* const end = data.end();
-    // Each is looked for again only when it is passed, so that the time stays linear in pieces with
-    // many of one kind and none of the other.
-    unsigned char const* cr = Find( kCR, cur, end );
-    unsigned char const* lf = Find( kLF, cur, end );
-    while ( cur != end )
+    bool const isByte = data.end() - data.begin() == 1;
+    if ( isByte && mPendingBreak == 0 && data[0] != '\r' && data[0] != '\n' )
     {
-        if ( mPendingBreak != 0 )
-        {
-            bool const isPair = cur == ( mPendingBreak == kCR ? lf : cr );
-            ReportBreak( isPair ? 2 : 1 );
-            cur += isPair;
-        }
-        if ( cr < cur )
-            cr = Find( kCR, cur, end );
-        if ( lf < cur )
-            lf = Find( kLF, cur, end );
-        unsigned char const* const textEnd = std::min( cr, lf );
-        if ( textEnd != end )
-            mPendingBreak = *textEnd;
-        if ( textEnd != cur )
-        {
-            mTarget->Receive( ConstData( cur, textEnd ) );
-            mPosition += static_cast<unsigned long long>( textEnd - cur );
-        }
-        cur = textEnd != end ? textEnd + 1 : end;
+        mTarget->Receive( data );
+        ++mPosition;
     }
+    else if ( !data.IsEmpty() )
+        ReceivePiece( data );
+}
+
+// A function of its own: a single byte of text, which Receive passes on, needs no room for offsets.
+[[gnu::noinline]] void LineMaker::ReceivePiece( ConstData data )
+{
+    unsigned char const* text = data.begin(); // not passed on yet
+    unsigned char const* const end = data.end();
+    if ( mPendingBreak != 0 )
+        text += ReportBreak( *text );
+    LineBreakOffsets offsets;
+    for ( unsigned char const* chunk = text; chunk != end; )
+    {
+        auto const length =
+            static_cast<unsigned>( std::min<std::ptrdiff_t>( end - chunk, kLineBreakChunk ) );
+        unsigned const count = FindLineBreaks( chunk, length, offsets );
+        for ( unsigned i = 0; i < count; ++i )
+        {
+            unsigned char const* const textEnd = chunk + offsets[i];
+            mPendingBreak = *textEnd;
+            PassText( text, textEnd );
+            text = textEnd + 1;
+            if ( text == end )
+                return;
+            // A branch, since the processor guesses well; else each offset would wait for this one.
+            if ( ReportBreak( *text ) ) [[unlikely]]
+            {
+                ++text;
+                ++i;
+            }
+        }
+        chunk = std::max( chunk + length, text ); // a pair can reach into the next one
+    }
+    PassText( text, end );
 }
 
 void LineMaker::ReceiveEnd()
 {
     if ( mPendingBreak != 0 )
-        ReportBreak( 1 );
+        ReportBreak( 0 );
     mTarget->ReceiveEnd( mPosition );
 }
 
-void LineMaker::ReportBreak( unsigned length )
+inline void LineMaker::PassText( unsigned char const* begin, unsigned char const* end )
 {
-    mTarget->ReceiveLineBreak( { mPosition, mPosition + length } );
-    mPosition += length;
+    if ( begin == end )
+        return;
+    mTarget->Receive( ConstData( begin, end ) );
+    mPosition += static_cast<unsigned long long>( end - begin );
+}
+
+inline bool LineMaker::ReportBreak( unsigned char next )
+{
+    bool const isPair = ( mPendingBreak ^ next ) == ( '\r' ^ '\n' );
+    unsigned long long const last = mPosition + 1 + isPair;
+    mTarget->ReceiveLineBreak( { mPosition, last } );
+    mPosition = last;
     mPendingBreak = 0;
+    return isPair;
 }

@@ -37,7 +37,11 @@ class LineMaker : public DataReceiver
     void ReceiveEnd() override;
 
   private:
-    void ReportBreak( unsigned length );
+    void ReceivePiece( ConstData data );
+    void PassText( unsigned char const* begin, unsigned char const* end );
+
+    /// Reports the pending break, together with `next` if the two are a pair; returns whether.
+    bool ReportBreak( unsigned char next );
 
     LineReceiver* mTarget = nullptr;
     unsigned long long mPosition = 0; // of the first byte not reported yet

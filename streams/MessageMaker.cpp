@@ -20,8 +20,11 @@ void MessageMaker::Start( unsigned long long position )
 
 void MessageMaker::Receive( ConstData text )
 {
-    mLines->Receive( text );
     mAtLineStart = false;
+    if ( mInHeaders ) // the header maker, whose functions need not be looked up
+        mHeaderMaker.Receive( text );
+    else
+        mLines->Receive( text );
 }
 
 void MessageMaker::ReceiveLineBreak( Range<unsigned long long> where )
@@ -33,6 +36,8 @@ void MessageMaker::ReceiveLineBreak( Range<unsigned long long> where )
         mLines = &mTarget->ReceiveBody( where.last );
         mLines->Start( where.last );
     }
+    else if ( mInHeaders )
+        mHeaderMaker.ReceiveLineBreak( where );
     else
         mLines->ReceiveLineBreak( where );
     mAtLineStart = true;

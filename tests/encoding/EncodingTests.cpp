@@ -3,6 +3,7 @@
 #include "encoding/NativeUnicode.h"
 #include "encoding/StreamTranscoder.h"
 #include "encoding/Transcoder.h"
+#include "encoding/TranscodingLoop.h"
 #include "encoding/UStringBuilder.h"
 #include "foundation/MakeString.h"
 #include "tests/support/AllocationFailure.h"
@@ -11,7 +12,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <clocale>
+#include <random>
 
 using namespace std::string_view_literals;
 using namespace MacintoshPlatform;
@@ -117,6 +120,180 @@ TEST( StreamTranscoder, PushesLargePiecesAndStartsAfreshAfterAFailure )
     Recorder<UTF8> bytes;
     StreamTranscoder<UTF8, UTF16>( bytes ).Receive( { units.data(), units.data() + 3000 } );
     EXPECT_EQ( bytes.mLongest, 4095u );
+}
+
+/// Appends the character at the front of some units to `out` and returns its length, or 0.
+unsigned ConvertOne( UTF8::Unit const* text, std::size_t count, Units<UTF32>& out )
+{
+    auto const byte = [text]( unsigned i ) { return static_cast<unsigned char>( text[i] ); };
+    unsigned const ones = static_cast<unsigned>( std::countl_one( byte( 0 ) ) );
+    unsigned const length = std::max( ones, 1u );
+    if ( ones == 1 || ones > 4 || length > count )
+        return 0;
+    std::uint32_t codePoint = byte( 0 ) & ( 0xFFu >> ones );
+    for ( unsigned i = 1; i < length; ++i )
+    {
+        if ( byte( i ) / 64 != 2 )
+            return 0;
+        codePoint = codePoint * 64 + byte( i ) % 64;
+    }
+    out.push_back( codePoint );
+    return length;
+}
+
+unsigned ConvertOne( UTF16::Unit const* text, std::size_t count, Units<UTF8>& out )
+{
+    bool const isPair =
+        count > 1 && text[0] / 0x400 == 0xD800 / 0x400 && text[1] / 0x400 == 0xDC00 / 0x400;
+    if ( text[0] / 0x800 == 0xD800 / 0x800 && !isPair )
+        return 0;
+    std::uint32_t const c =
+        isPair ? 0x10000u + text[0] % 0x400u * 0x400 + text[1] % 0x400u : text[0];
+    unsigned const length = c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4;
+    for ( unsigned i = length; i-- > 0; )
+    {
+        std::uint32_t const bits = c >> 6 * i;
+        unsigned const lead = length == 1 ? 0 : 0xF00u >> length & 0xFF;
+        out.push_back( static_cast<char>( i + 1 == length ? lead | bits : 0x80 | bits % 64 ) );
+    }
+    return length < 4 ? 1 : 2;
+}
+
+/// The pieces that went downstream; an empty one where the stream failed.
+template<typename E>
+struct Pieces : UTextReceiver<E>
+{
+    void Receive( ConstArrayOf<typename E::Unit> units ) override
+    {
+        mPieces.emplace_back( units.begin(), units.end() );
+    }
+
+    std::vector<Units<E>> mPieces;
+};
+
+/// Does what TranscodePiece does, one character after the other.
+template<typename To, std::size_t Size, typename From>
+void TranscodePlainly( std::span<typename From::Unit const> units, Units<From>& pending,
+    UTextReceiver<To>& downstream )
+{
+    pending.insert( pending.end(), units.begin(), units.end() );
+    auto const* next = pending.data();
+    auto const* const end = next + pending.size();
+    Units<To> output;
+    for ( unsigned length = 1; length != 0; next += length )
+    {
+        if ( Size - output.size() < To::kLongestCharacter )
+        {
+            downstream.Receive( { output.data(), output.data() + output.size() } );
+            output.clear();
+        }
+        length =
+            next == end ? 0 : ConvertOne( next, static_cast<std::size_t>( end - next ), output );
+    }
+    if ( end - next >= std::ptrdiff_t( From::kLongestCharacter ) )
+        throw InvalidTextEncoding();
+    pending.erase( pending.begin(), pending.end() - ( end - next ) );
+    if ( !output.empty() )
+        downstream.Receive( { output.data(), output.data() + output.size() } );
+}
+
+using Random = std::independent_bits_engine<std::mt19937, 32, std::uint32_t>;
+
+/// A text of characters of some lengths, in runs, now and then with a wrong unit.
+template<typename E>
+Units<E> MakeText( Random& random )
+{
+    std::size_t const length = random() % 16 == 0 ? random() % 6000 : random() % 301;
+    unsigned const shortest = random() % 4, lengths = 1 + random() % ( 4 - shortest );
+    Units<E> text;
+    for ( std::uint32_t shift = 0; text.size() < length; )
+    {
+        if ( random() % 8 == 0 )
+            shift = ( shortest + random() % lengths ) * 5;
+        std::uint32_t const c = random() % ( 0x41u << shift );
+        if constexpr ( sizeof( typename E::Unit ) == 2 )
+        {
+            if ( c >= 0x10000 )
+                text.push_back( static_cast<UTF16::Unit>( 0xD800 | c % 0x400 ) );
+            text.push_back(
+                static_cast<UTF16::Unit>( c < 0x10000 ? c % 0xD800 : 0xDC00 | c % 0x400 ) );
+        }
+        else
+        {
+            unsigned const continuations = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+            unsigned const leads[] = { 0, 0xC0, 0xE0, 0xF0 };
+            text.push_back(
+                static_cast<char>( leads[continuations] | ( c >> 6 * continuations ) % 32 ) );
+            for ( unsigned i = continuations; i-- > 0; )
+                text.push_back( static_cast<char>( 0x80 | ( c >> 6 * i & 0x3F ) ) );
+        }
+    }
+    if ( !text.empty() && random() % 4 == 0 )
+        text[random() % text.size()] = static_cast<typename E::Unit>( 0xD800u | random() );
+    return text;
+}
+
+/// Converts random texts in random pieces by each kernel and by the plain rule.
+template<typename To, std::size_t Size, typename From>
+void ExpectEqualKernels()
+{
+    Random random;
+    for ( int run = 0; run < 1500; ++run )
+    {
+        Units<From> const text = MakeText<From>( random );
+        Random const cutsOfRun = random;
+        auto const convert = [&]( auto const& receive )
+        {
+            Pieces<To> downstream;
+            Random cuts = cutsOfRun;
+            std::size_t const longest = cuts() % 2 == 0 ? 9 : 5000;
+            try
+            {
+                for ( std::span<typename From::Unit const> rest( text ); !rest.empty(); )
+                {
+                    std::size_t const length =
+                        std::min<std::size_t>( cuts() % longest, rest.size() );
+                    Units<From> const piece(
+                        rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>( length ) );
+                    receive( piece, downstream );
+                    rest = rest.subspan( length );
+                }
+            }
+            catch ( InvalidTextEncoding const& )
+            {
+                downstream.mPieces.push_back( {} );
+            }
+            return downstream.mPieces;
+        };
+        Units<From> plainPending;
+        auto const expected =
+            convert( [&]( Units<From> const& piece, UTextReceiver<To>& downstream )
+                { TranscodePlainly<To, Size, From>( piece, plainPending, downstream ); } );
+        for ( auto const& kernel : TranscodingKernels<To, From>() )
+        {
+            if ( !kernel.isSupported() )
+                continue;
+            unsigned count = 0;
+            typename From::Unit pending[From::kLongestCharacter - 1];
+            auto const pieces = convert(
+                [&]( Units<From> const& piece, UTextReceiver<To>& downstream )
+                {
+                    TranscodePiece<To, Size, From>( { piece.data(), piece.data() + piece.size() },
+                        { count, pending }, downstream, kernel.function );
+                } );
+            ASSERT_EQ( pieces, expected ) << kernel.name << " " << testing::PrintToString( text );
+            if ( pieces.empty() || !pieces.back().empty() )
+            {
+                ASSERT_EQ( Units<From>( pending, pending + count ), plainPending );
+            }
+        }
+    }
+}
+
+TEST( TranscodingKernels, PushTheSamePiecesAndFailAtTheSamePlacesAsThePlainRule )
+{
+    ExpectEqualKernels<UTF32, 1024, UTF8>();
+    ExpectEqualKernels<UTF8, 4096, UTF16>();
 }
 
 TEST( Transcoder, ConvertsWholeTextsWithTwoAllocations )

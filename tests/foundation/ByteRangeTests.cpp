@@ -2,11 +2,14 @@
 #include "foundation/Buffer.h"
 #include "foundation/ConstDataOfCapacity.h"
 #include "foundation/MakeString.h"
+#include "foundation/SearchKernels.h"
 #include "foundation/TrimAsciiWhitespace.h"
 #include "tests/support/AllocationFailure.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <sys/mman.h>
 #include <tuple>
 
@@ -56,6 +59,57 @@ TEST( ConstData, FindsNeedles )
         EXPECT_EQ( range.PositionOf( byte ), static_cast<int>( text.find( char( byte ) ) ) );
         EXPECT_EQ( range.Contains( byte ), text.find( char( byte ) ) != text.npos );
     }
+}
+
+TEST( ConstData, FindsNeedlesInTheSamePlacesWithEveryKernel )
+{
+    std::mt19937 random( 1 );
+    for ( unsigned round = 0; round < 30000; ++round )
+    {
+        // Few different bytes: much almost matches. The range lies between others like it, and in
+        // a block of its own, in which no byte but its own may be read.
+        std::size_t const length = 1 + random() % ( round % 8 == 0 ? 700 : 301 );
+        std::vector<unsigned char> bytes( length );
+        for ( unsigned char& b : bytes )
+            b = random() % ( round % 7 + 2 ) == 0 ? 'b' : 'a';
+        std::size_t const before = random() % std::min<std::size_t>( length, 64 );
+        ConstData const range( bytes.data() + before, bytes.data() + length );
+        std::size_t const most = std::min( range.Length(), kLongestKernelNeedle + 16 );
+        std::size_t const size =
+            1 + random() % ( round % 3 == 0 ? std::min<std::size_t>( most, 4 ) : most );
+        std::size_t const last = range.Length() - size;
+        unsigned char const* const from =
+            range.begin() + ( round % 4 < 2 ? last : random() % ( last + 1 ) );
+        std::vector<unsigned char> needle( from, from + size );
+        if ( round % 2 != 0 )
+            needle[random() % size] ^= 3;
+        auto* const first = std::search( range.begin(), range.end(), needle.begin(), needle.end() );
+        ConstData const needed( needle.data(), needle.data() + size );
+        ASSERT_EQ( range.PositionOf( needed ), first == range.end() ? -1 : first - range.begin() );
+        for ( Kernel<SearchFunction> const& kernel : SearchKernels() )
+        {
+            if ( !kernel.isSupported() || size > kLongestKernelNeedle )
+                continue;
+            ASSERT_EQ( kernel.function( range, needed ), first == range.end() ? nullptr : first )
+                << kernel.name << " " << range.Length() << " " << size;
+        }
+    }
+}
+
+// The pages that hold nothing are not there: only the one that is written to takes memory.
+TEST( ConstData, ThrowsWhenANeedleIsBeyondWhatAnOffsetCanSay )
+{
+    std::size_t const size = UINT32_MAX;
+    void* const memory = mmap(
+        nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0 );
+    ASSERT_NE( memory, MAP_FAILED );
+    auto* const begin = static_cast<unsigned char*>( memory );
+    std::size_t const place = std::size_t( INT32_MAX ) + 1;
+    begin[place] = begin[place + 1] = 'a';
+    ConstData const range( begin, begin + size );
+    EXPECT_THROW( range.PositionOf( "aa"sv ), std::length_error );
+    EXPECT_EQ( ConstData( begin + 1, begin + size ).PositionOf( 'a' ), INT32_MAX );
+    munmap( memory, size );
 }
 
 TEST( ConstData, SplitsAndTrims )

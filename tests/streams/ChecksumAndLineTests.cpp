@@ -1,5 +1,7 @@
 #include "foundation/ExceptionPL.h"
+#include "streams/ChecksumKernels.h"
 #include "streams/ChecksumReceiver.h"
+#include "streams/LineBreakKernels.h"
 #include "streams/LineMaker.h"
 #include "streams/ReadReader.h"
 #include "streams/StartReceiveAndEnd.h"
@@ -12,7 +14,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <random>
 #include <regex>
 #include <sys/mman.h>
 #include <thread>
@@ -45,10 +49,46 @@ TEST( ChecksumReceiver, YieldsTheCheckValueForEverySplitInTwoThreadsAtOnce )
                 EXPECT_EQ( receiver.checksum, 0x0376E6E7u );
             } );
     };
-    std::jthread const other( work );
-    work();
+    {
+        std::jthread const other( work );
+        work();
+    }
     EXPECT_EQ( ChecksumReceiver::Table()[0], 0u );
     EXPECT_EQ( ChecksumReceiver::Table()[1], 0x04C11DB7u );
+}
+
+// Each piece ends where its memory ends, and begins at any address.
+TEST( ChecksumReceiver, AgreesWithTheTableByEveryKernelAndForEveryCut )
+{
+    std::uint32_t const* const table = ChecksumReceiver::Table();
+    std::mt19937 random( 32 );
+    for ( std::size_t length = 0; length < 1500; length += length < 300 ? 1 : 61 )
+        for ( std::size_t offset = 0; offset < 64; offset += length < 300 ? 1 : 9 )
+        {
+            std::vector<unsigned char> bytes( offset + length );
+            std::ranges::generate( bytes, std::ref( random ) );
+            unsigned char const* const piece = bytes.data() + offset;
+            auto const start = static_cast<std::uint32_t>( random() );
+            std::uint32_t expected = start;
+            for ( std::size_t i = 0; i < length; ++i )
+                expected = ( expected << 8 ) ^ table[piece[i] ^ ( expected >> 24 )];
+            for ( auto const& kernel : ChecksumKernels() )
+            {
+                if ( kernel.isSupported() && length >= kFewestBytesForKernels )
+                {
+                    EXPECT_EQ( kernel.function( start, piece, length ), expected )
+                        << kernel.name << ' ' << length;
+                }
+            }
+            for ( std::size_t cut = offset; cut <= length; cut += 64 )
+            {
+                ChecksumReceiver receiver;
+                receiver.checksum = start;
+                receiver << ConstData( piece, piece + cut )
+                         << ConstData( piece + cut, piece + length );
+                EXPECT_EQ( receiver.checksum, expected ) << cut << " of " << length;
+            }
+        }
 }
 
 // What a line maker should make of `text`, adjacent pieces of text joined.
@@ -102,6 +142,94 @@ TEST( LineMaker, PassesTextOnAtOnceButABreakOnlyWithTheByteAfterIt )
     maker << "\nd\n"sv; // the last byte is forgotten at the next start, and so is the position
     StartReceiveAndEnd( maker, "\r"sv );
     EXPECT_EQ( log.Take(), "|break 3-5|text d|start 0|break 0-1|end 1" );
+}
+
+// Of `length` bytes, about one in `rarity` a CR and one an LF.
+std::string TextWithBreaks( std::mt19937& random, std::size_t length, unsigned rarity )
+{
+    std::string text( length, '\0' );
+    for ( char& byte : text )
+    {
+        auto const choice = random() % rarity;
+        byte =
+            choice < 2 ? "\r\n"[choice] : static_cast<char>( choice % 2 == 0 ? '\v' : '\n' + 128 );
+    }
+    return text;
+}
+
+TEST( LineBreakKernels, FindWhatIsFoundByteByByteAtEveryLengthAndAlignment )
+{
+    std::mt19937 random( 33 );
+    LineBreakOffsets offsets;
+    LineBreakOffsets expected;
+    for ( unsigned const rarity : { 2u, 10u, 500u } )
+    {
+        std::string const pool = TextWithBreaks( random, 2 * kLineBreakChunk, rarity );
+        for ( unsigned length = 1; length <= kLineBreakChunk; length += length < 301 ? 1 : 759 )
+            for ( unsigned alignment = 0; alignment < 64; ++alignment )
+            {
+                // Whoever reads beyond the text leaves the vector.
+                auto const begin = pool.begin() + random() % kLineBreakChunk;
+                std::vector<unsigned char> bytes( alignment );
+                bytes.insert( bytes.end(), begin, begin + length );
+                auto const* const text = bytes.data() + alignment;
+                unsigned const count = LineBreaksByByte( text, 0, length, expected, 0 );
+                for ( auto const& kernel : LineBreakKernels() )
+                    if ( kernel.isSupported() )
+                    {
+                        std::ranges::fill( offsets, kLineBreakChunk );
+                        ASSERT_EQ( kernel.function( text, length, offsets ), count )
+                            << kernel.name << " at " << alignment << " of " << length;
+                        ASSERT_TRUE( std::equal( offsets, offsets + count, expected ) )
+                            << kernel.name << " at " << alignment << " of " << length;
+                    }
+            }
+    }
+}
+
+TEST( LineMaker, FindsTheLinesOfLongTextsForEverySplit )
+{
+    EventLog log;
+    RecordingLineReceiver recorder( log );
+    LineMaker maker( recorder );
+    std::mt19937 random( 33 );
+    for ( unsigned const rarity : { 2u, 3u, 10u, 50u } )
+    {
+        std::string const text = TextWithBreaks( random, 60, rarity );
+        std::string const expected = Lines( 0, text );
+        ForEverySplit<char>( text,
+            [&]( Pieces const& pieces )
+            {
+                maker.Start();
+                Push( maker, pieces );
+                EXPECT_EQ( log.Take(), expected );
+            } );
+        for ( unsigned i = 0; i < 3; ++i ) // pairs across the boundaries of what is looked at once
+        {
+            std::string const longText = TextWithBreaks( random, 3 * kLineBreakChunk, rarity );
+            StartReceiveAndEnd( maker, std::string_view( longText ) );
+            EXPECT_EQ( log.Take(), Lines( 0, longText ) );
+        }
+    }
+}
+
+TEST( LineMaker, KeepsWhatIsNotReportedYetWhenTheTargetThrows )
+{
+    static constexpr char const* kRests[] = { "|break 0-1|end 1", "|break 2-3|end 3", "|end 4" };
+    for ( auto const text : { "ab\n\rcd"sv, "ab\n\rcd, and more than fits into a vector"sv } )
+        for ( std::size_t events = 1; events <= std::size( kRests ); ++events )
+        {
+            EventLog log;
+            log.throwAfter = events;
+            RecordingLineReceiver recorder( log );
+            LineMaker maker( recorder );
+            maker.Start();
+            EXPECT_THROW( maker << text, int );
+            log.throwAfter = SIZE_MAX;
+            log.Take();
+            maker.ReceiveEnd();
+            EXPECT_EQ( log.Take(), kRests[events - 1] );
+        }
 }
 
 TEST( LineMaker, CountsPositionsBeyondFourGiB )

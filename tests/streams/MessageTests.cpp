@@ -1,10 +1,14 @@
 #include "streams/LineMaker.h"
 #include "streams/MessageMaker.h"
+#include "tests/support/ByteMessageMaker.h"
 #include "tests/support/EverySplit.h"
 #include "tests/support/RecordingMessageReceiver.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <random>
 #include <type_traits>
 
 using namespace std::string_literals;
@@ -111,6 +115,41 @@ TEST_F( MessageMakerTest, PassesTextOnInThePiecesItComesInWithPositionsFromItsSt
         "|start 5000000000|field 5000000000 a|value start|value b|value c |value d|value  |value e"
         "|value end|field end 5000000011|body 5000000013|body start 5000000013|body text f"
         "|body text g|body end 5000000015|end 5000000015" );
+}
+
+TEST_F( MessageMakerTest, DoesTheSameInTheSamePiecesAsThePlainStateMachine )
+{
+    log.inPieces = true;
+    std::mt19937 random( 1 );
+    auto const upTo = [&]( std::size_t last ) { return random() % ( last + 1 ); };
+    LineMaker lineMaker( maker );
+    ByteMessageMaker plain( recorder );
+    auto const push = [&]( DataReceiver& receiver, std::string_view text, std::size_t atMost )
+    {
+        std::mt19937 cuts( static_cast<unsigned>( text.size() ) );
+        receiver.Start();
+        for ( std::size_t count; !text.empty(); text.remove_prefix( count ) )
+        {
+            count = std::min<std::size_t>( text.size(), 1 + cuts() % atMost );
+            receiver.Receive( text.substr( 0, count ) );
+        }
+        receiver.ReceiveEnd();
+        return log.Take();
+    };
+    for ( int i = 0; i < 20'000; ++i )
+    {
+        std::string text;
+        for ( std::size_t left = upTo( 9 ); left > 0; --left )
+        {
+            for ( std::size_t length = upTo( i % 2 == 0 ? 60 : 4 ); length > 0; --length )
+                text += static_cast<char>( upTo( 40 ) == 0 ? upTo( 255 ) : '@' + upTo( 60 ) );
+            text += ":: \t\r\n\x80\xba"[upTo( 7 )];
+            text += std::array{ "", "", ":", "\r\n", "\n", " ", "\t ", "\r\n\t" }[upTo( 7 )];
+        }
+        std::size_t const atMost = 1 + upTo( 99 );
+        ASSERT_EQ( push( lineMaker, text, atMost ), push( plain, text, atMost ) )
+            << testing::PrintToString( text ) << " " << atMost;
+    }
 }
 
 TEST_F( MessageMakerTest, LetsExceptionsThroughAndCanBeStartedAgain )

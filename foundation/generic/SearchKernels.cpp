@@ -1,0 +1,8 @@
+#include "foundation/SearchKernels.h"
+
+std::span<Kernel<SearchFunction> const> SearchKernels()
+{
+    static constexpr Kernel<SearchFunction> kKernels[] = {
+        { "portable", IsAlwaysSupported, SearchPortably } };
+    return kKernels;
+}

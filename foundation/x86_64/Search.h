@@ -1,0 +1,6 @@
+#pragma once
+
+#include "foundation/SearchKernels.h"
+
+SearchFunction SearchAVX512;
+SearchFunction SearchAVX2;
