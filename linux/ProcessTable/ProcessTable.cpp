@@ -3,13 +3,16 @@
 #include "linux/Descriptor.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <charconv>
+#include <cstddef>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <iterator>
 #include <linux/magic.h>
+#include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -77,7 +80,16 @@ bool IsOutOfSight( int error )
     return ended || hidden;
 }
 
-int ReadProcess( int procDirectory, pid_t pid, kinfo_proc& process )
+// A short name as the kernel tells it, without the newline that ends it. The name itself may hold
+// any character, newlines too. Names of the kernel's own threads can be longer than there is room
+// for in a record.
+struct ShortName
+{
+    char text[MAXCOMLEN + 1];
+    size_t length;
+};
+
+int ReadShortName( int procDirectory, pid_t pid, ShortName& name )
 {
     char path[sizeof "/comm" + 10];
     char* const end = std::to_chars( path, path + 10, pid ).ptr;
@@ -85,33 +97,69 @@ int ReadProcess( int procDirectory, pid_t pid, kinfo_proc& process )
     Descriptor const file = Open( procDirectory, path, 0 );
     if ( file.Get() == -1 )
         return errno;
-
-    // The kernel ends the name with a newline; the name itself may hold any character, newlines
-    // too. Names of its own threads can be longer than a record has room for.
-    char name[MAXCOMLEN + 1];
-    ssize_t const length = Uninterrupted( [&] { return read( file.Get(), name, sizeof name ); } );
+    ssize_t const length =
+        Uninterrupted( [&] { return read( file.Get(), name.text, sizeof name.text ); } );
     if ( length == -1 )
         return errno;
     if ( length == 0 )
         return ESRCH;
-
-    process = {};
-    process.kp_proc.p_pid = pid;
-    std::copy_n( name, length - 1, process.kp_proc.p_comm );
+    name.length = static_cast<size_t>( length - 1 );
     return 0;
 }
 
-int MeasureTable( int procDirectory, size_t& length )
+// `record` need not be aligned.
+void WriteRecord( char* record, pid_t pid, ShortName const& name )
 {
-    size_t count = 0;
-    int const error = ForEachProcess( procDirectory,
+    std::memset( record, 0, sizeof( kinfo_proc ) );
+    std::memcpy( record + offsetof( kinfo_proc, kp_proc.p_pid ), &pid, sizeof pid );
+    std::memcpy( record + offsetof( kinfo_proc, kp_proc.p_comm ), name.text, name.length );
+}
+
+// The kernel counts every process of the machine as a link to /proc, those that are kept from the
+// caller too, so that nothing needs to be listed.
+int EstimateCount( int procDirectory, size_t& count )
+{
+    struct stat status;
+    if ( fstat( procDirectory, &status ) == -1 )
+        return errno;
+    count = status.st_nlink;
+    return 0;
+}
+
+int CountProcesses( int procDirectory, size_t& count )
+{
+    count = 0;
+    return ForEachProcess( procDirectory,
         [&count]( pid_t )
         {
             ++count;
             return 0;
         } );
-    size_t const roomToGrow = 16 + count / 8;
-    length = ( count + roomToGrow ) * sizeof( kinfo_proc );
+}
+
+size_t WithRoomToGrow( size_t count )
+{
+    return count + 16 + count / 8;
+}
+
+// Whether the links of /proc have been seen to be too few: another kernel, or a sandbox, may count
+// something else. Processes are counted one by one from then on, or a caller who asks for the size
+// again after each fetch that failed would never come to an end.
+std::atomic<bool> gLinksAreTooFew = false;
+
+void CompareLinks( int procDirectory, size_t tooSmallCapacity )
+{
+    size_t count = 0;
+    if ( EstimateCount( procDirectory, count ) == 0 && WithRoomToGrow( count ) <= tooSmallCapacity )
+        gLinksAreTooFew = true;
+}
+
+int MeasureTable( int procDirectory, size_t& length )
+{
+    size_t count = 0;
+    int const error = gLinksAreTooFew ? CountProcesses( procDirectory, count )
+                                      : EstimateCount( procDirectory, count );
+    length = WithRoomToGrow( count ) * sizeof( kinfo_proc );
     return error;
 }
 
@@ -122,17 +170,18 @@ int FetchTable( int procDirectory, void* table, size_t& length )
     int const error = ForEachProcess( procDirectory,
         [&]( pid_t pid )
         {
-            kinfo_proc process;
-            int const reason = ReadProcess( procDirectory, pid, process );
+            ShortName name;
+            int const reason = ReadShortName( procDirectory, pid, name );
             if ( reason != 0 )
                 return IsOutOfSight( reason ) ? 0 : reason;
             if ( count == capacity )
                 return ENOMEM;
-            std::memcpy(
-                static_cast<char*>( table ) + count++ * sizeof process, &process, sizeof process );
+            WriteRecord( static_cast<char*>( table ) + count++ * sizeof( kinfo_proc ), pid, name );
             return 0;
         } );
     length = count * sizeof( kinfo_proc );
+    if ( error == ENOMEM && count == capacity )
+        CompareLinks( procDirectory, capacity );
     return error;
 }
 

@@ -34,11 +34,13 @@ extern "C"
     /// Reads the table of all processes: `name` is { CTL_KERN, KERN_PROC, KERN_PROC_ALL }.
     ///
     /// Without a buffer (`oldp` null) `*oldlenp` becomes the size that the table needs now, with
-    /// some room for processes that start before it is fetched. With one, `*oldlenp` is its size on
-    /// entry and the bytes written on return: one record for each process, back to back, in the
-    /// order in which /proc lists processes. A process that ends meanwhile may be left out, one
-    /// that lives throughout never is. A process that has ended but not been waited for is listed.
-    /// Those that /proc keeps from the caller (mount option hidepid) are not.
+    /// some room for processes that start before it is fetched; it may be larger where not all
+    /// processes are listed. Should the table not have fitted into a size that was named, the next
+    /// size is right. With one, `*oldlenp` is its size on entry and the bytes written on return:
+    /// one record for each process, back to back, in the order in which /proc lists processes. A
+    /// process that ends meanwhile may be left out, one that lives throughout never is. A process
+    /// that has ended but not been waited for is listed. Those that /proc keeps from the caller
+    /// (mount option hidepid) are not.
     ///
     /// Returns 0, or -1 with the reason in `errno`:
     /// - ENOMEM: the buffer is too small; `*oldlenp` tells how much of it was filled;
@@ -47,8 +49,8 @@ extern "C"
     /// - ENOENT: `name` is another name, or no process table is mounted on /proc;
     /// - what opening or reading below /proc failed with, for example EMFILE.
     ///
-    /// Takes no memory, and two descriptors while it runs. Time and system calls grow with the
-    /// number of processes: a size takes few, a fetch three for each process.
+    /// Takes no memory, and two descriptors while it runs. Time and system calls of a fetch grow
+    /// with the number of processes, three calls for each; a size takes few in any case.
     int sysctl(
         int* name, unsigned int namelen, void* oldp, size_t* oldlenp, void* newp, size_t newlen );
 }

@@ -10,6 +10,7 @@
 #include <string>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/sysctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,6 +19,9 @@
 namespace
 {
 constexpr size_t kRecord = 492;
+
+// What the kernel names as the links of a file, unless this is 0.
+nlink_t gLinks = 0;
 
 std::vector<int> const kTable = { 1, 14, 0 };
 
@@ -78,6 +82,21 @@ struct Child
 };
 } // namespace
 
+// Replaced at link time.
+extern "C"
+{
+    int __real_fstat( int file, struct stat* status );
+    int __wrap_fstat( int file, struct stat* status );
+
+    int __wrap_fstat( int file, struct stat* status )
+    {
+        int const result = __real_fstat( file, status );
+        if ( gLinks != 0 )
+            status->st_nlink = gLinks;
+        return result;
+    }
+}
+
 TEST( ProcessTable, ListsShortNamesAsTheyAre )
 {
     char const* const names[] = { "", " ", "WUXAgent", "fifteen letters", ") S 1 (", "two\nlines",
@@ -130,6 +149,22 @@ TEST( ProcessTable, NamesASizeWithRoomForProcessesThatStartMeanwhile )
         started.emplace_back( "started" );
     std::vector<char> table( length );
     EXPECT_EQ( Sysctl( kTable, table.data(), &length ), 0 );
+}
+
+TEST( ProcessTable, NamesARightSizeWhenTheKernelCountsLessThanItLists )
+{
+    std::list<Child> crowd;
+    for ( int i = 0; i < 40; ++i )
+        crowd.emplace_back( "crowd" );
+    gLinks = 2;
+    for ( int const error : { ENOMEM, 0 } )
+    {
+        size_t length = 0;
+        EXPECT_EQ( Sysctl( kTable, nullptr, &length ), 0 );
+        std::vector<char> table( length );
+        EXPECT_EQ( Sysctl( kTable, table.data(), &length ), error );
+    }
+    gLinks = 0;
 }
 
 TEST( ProcessTable, ABufferThatIsTooSmallIsFilledWithWholeRecordsAndNoMore )
