@@ -20,8 +20,8 @@ void MessageMaker::Start( unsigned long long position )
 
 void MessageMaker::Receive( ConstData text )
 {
-    mAtLineStart = false;
-    if ( mInHeaders ) // the header maker, whose functions need not be looked up
+    mAtLineStart = false; // first, so that nothing is left to do after the call
+    if ( mInHeaders )     // the header maker, whose functions need not be looked up
         mHeaderMaker.Receive( text );
     else
         mLines->Receive( text );

@@ -230,6 +230,16 @@ TEST( LineMaker, KeepsWhatIsNotReportedYetWhenTheTargetThrows )
             maker.ReceiveEnd();
             EXPECT_EQ( log.Take(), kRests[events - 1] );
         }
+    EventLog log;
+    log.throwAfter = 1;
+    RecordingLineReceiver recorder( log );
+    LineMaker maker( recorder );
+    maker.Start();
+    EXPECT_THROW( maker << "a"sv, int ); // a single byte goes another way
+    log.throwAfter = SIZE_MAX;
+    log.Take();
+    maker.ReceiveEnd();
+    EXPECT_EQ( log.Take(), "|end 0" );
 }
 
 TEST( LineMaker, CountsPositionsBeyondFourGiB )
