@@ -17,23 +17,6 @@ CFObject const& Checked( CFTypeRef reference )
 
 } // namespace
 
-void CFObject::Retain() const
-{
-    if ( mLifetime == Lifetime::kCounted )
-    {
-        mReferences.fetch_add( 1, std::memory_order_relaxed );
-    }
-}
-
-void CFObject::Release() const
-{
-    if ( mLifetime == Lifetime::kCounted &&
-         mReferences.fetch_sub( 1, std::memory_order_acq_rel ) == 1 )
-    {
-        delete this;
-    }
-}
-
 CFIndex CFObject::RetainCount() const
 {
     return mLifetime == Lifetime::kConstant ? std::numeric_limits<CFIndex>::max()

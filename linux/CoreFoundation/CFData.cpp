@@ -23,7 +23,7 @@ bool CFDataObject::Equal( CFObject const& other ) const
 
 CFHashCode CFDataObject::Hash() const
 {
-    return HashElements( bytes );
+    return HashElements<8>( bytes );
 }
 
 CFTypeID CFDataGetTypeID( void )

@@ -6,44 +6,57 @@
 
 #include "linux/CoreFoundation/CFObject.h"
 
-#include <unordered_map>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
 
+/// The entries are in the order in which their keys came. Few of them are found one after the
+/// other; more through a table of slots (open addressing with linear probing), at most half of
+/// which are taken.
 struct CFDictionaryObject final : CFObject
 {
-    struct HashOf
+    struct Entry
     {
-        using is_transparent = void;
-
-        // Not noexcept on purpose: the table then keeps each hash beside its entry instead of
-        // computing it again.
-        template<class Key>
-        CFHashCode operator()( Key const& key ) const
-        {
-            return key->Hash();
-        }
+        Owned<CFObject const> key;
+        Owned<CFObject const> value;
     };
-
-    struct AreEqual
-    {
-        using is_transparent = void;
-
-        template<class A, class B>
-        bool operator()( A const& a, B const& b ) const
-        {
-            return CFEqual( &*a, &*b );
-        }
-    };
-
-    using Table =
-        std::unordered_map<Owned<CFObject const>, Owned<CFObject const>, HashOf, AreEqual>;
 
     CFDictionaryObject() : CFObject( CFKind::kDictionary ) {}
 
-    /// Puts a value under a key; an equal key that is there stays.
+    /// Puts a value under a key; an equal key that is there stays. std::bad_alloc leaves the
+    /// dictionary as it was.
     void Set( Owned<CFObject const> key, Owned<CFObject const> value );
+
+    /// Sets all these, taking them out of the list. The dictionary is empty before.
+    void Fill( std::span<Entry> entries );
+
+    /// Null if there is none.
+    CFObject const* ValueOf( CFObject const& key ) const;
+
+    std::span<Entry const> Entries() const { return mEntries; }
 
     bool Equal( CFObject const& other ) const override;
     CFHashCode Hash() const override;
 
-    Table table;
+  private:
+    // Half of a key's hash, and the number of its entry counted from 1; 0 if the slot is free.
+    struct Slot
+    {
+        std::uint32_t hash = 0;
+        std::uint32_t number = 0;
+    };
+
+    std::uint32_t HashOf( CFObject const& key ) const;
+
+    // The number of the entry, or of all entries if there is none.
+    std::size_t PlaceOf( CFObject const& key, std::uint32_t hash ) const;
+
+    void SetHashed( Entry entry, std::uint32_t hash );
+    std::size_t FirstSlot( std::uint32_t hash ) const;
+    void TakeSlot( std::uint32_t hash, std::size_t entry );
+    void MakeSlots( std::size_t count );
+
+    std::vector<Entry> mEntries;
+    std::vector<Slot> mSlots; // as many as a power of two, or none
 };

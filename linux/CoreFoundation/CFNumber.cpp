@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace
 {
@@ -21,14 +22,14 @@ struct Converted
 };
 
 template<std::integral Target>
-Converted<Target> Convert( WideInteger integer )
+Converted<Target> Convert( std::integral auto integer )
 {
     auto const value = static_cast<Target>( integer );
-    return { value, value == integer };
+    return { value, std::cmp_equal( value, integer ) };
 }
 
 template<std::floating_point Target>
-Converted<Target> Convert( WideInteger integer )
+Converted<Target> Convert( std::integral auto integer )
 {
     auto const value = static_cast<Target>( integer );
     return { value, static_cast<WideInteger>( value ) == integer };
@@ -74,7 +75,11 @@ bool Store( CFNumberObject const& number, void* value )
 // The number as an integer, if it is one within the range of integers.
 std::optional<WideInteger> ExactInteger( CFNumberObject const& number )
 {
-    if ( auto const* const integer = std::get_if<WideInteger>( &number.value ) )
+    if ( auto const* const integer = std::get_if<std::int64_t>( &number.value ) )
+    {
+        return *integer;
+    }
+    if ( auto const* const integer = std::get_if<std::uint64_t>( &number.value ) )
     {
         return *integer;
     }

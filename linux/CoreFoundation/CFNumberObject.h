@@ -6,6 +6,8 @@
 
 #include "linux/CoreFoundation/CFObject.h"
 
+#include <cstdint>
+#include <limits>
 #include <variant>
 
 /// Wide enough for every integer a number can hold.
@@ -14,7 +16,8 @@ __extension__ typedef __int128 WideInteger;
 struct CFNumberObject final : CFObject
 {
     /// An integer from -2^63 to 2^64 - 1.
-    explicit CFNumberObject( WideInteger integer ) : CFObject( CFKind::kNumber ), value( integer )
+    explicit CFNumberObject( WideInteger integer )
+        : CFObject( CFKind::kNumber ), value( Narrowed( integer ) )
     {
     }
 
@@ -23,7 +26,20 @@ struct CFNumberObject final : CFObject
     bool Equal( CFObject const& other ) const override;
     CFHashCode Hash() const override;
 
-    std::variant<WideInteger, double> const value;
+    /// Unsigned only what is above 2^63 - 1.
+    using Value = std::variant<std::int64_t, std::uint64_t, double>;
+
+    Value const value;
+
+  private:
+    static Value Narrowed( WideInteger integer )
+    {
+        if ( integer > std::numeric_limits<std::int64_t>::max() )
+        {
+            return static_cast<std::uint64_t>( integer );
+        }
+        return static_cast<std::int64_t>( integer );
+    }
 };
 
 struct CFBooleanObject final : CFObject

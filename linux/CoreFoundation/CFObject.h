@@ -4,12 +4,15 @@
 
 #include <CoreFoundation/CFBase.h>
 
+#include "linux/CoreFoundation/ObjectPool.h"
+
 #include <atomic>
+#include <cstddef>
 #include <exception>
 #include <memory>
 
 /// The types of the layer; the values are the type identifiers.
-enum class CFKind : CFTypeID
+enum class CFKind : unsigned char
 {
     kString = 1,
     kData,
@@ -29,7 +32,7 @@ enum class CFKind : CFTypeID
 class CFObject
 {
   public:
-    enum class Lifetime
+    enum class Lifetime : unsigned char
     {
         kCounted,
         kConstant
@@ -44,6 +47,18 @@ class CFObject
     CFObject( CFObject const& ) = delete;
     CFObject& operator=( CFObject const& ) = delete;
 
+    // Of its own or, by `new ( pool ) Object`, from a pool.
+    static void* operator new( std::size_t size ) { return ObjectPool::Allocate( size, nullptr ); }
+
+    static void* operator new( std::size_t size, ObjectPool& pool )
+    {
+        return ObjectPool::Allocate( size, &pool );
+    }
+
+    static void operator delete( void* object ) { ObjectPool::Free( object ); }
+
+    static void operator delete( void* object, ObjectPool& ) { ObjectPool::Free( object ); }
+
     CFKind Kind() const { return mKind; }
 
     /// Whether `other`, which is of the same kind, holds the same value. Identity unless
@@ -52,8 +67,25 @@ class CFObject
 
     virtual CFHashCode Hash() const { return reinterpret_cast<CFHashCode>( this ) >> 4; }
 
-    void Retain() const;
-    void Release() const;
+    void Retain() const
+    {
+        if ( mLifetime == Lifetime::kCounted )
+        {
+            mReferences.fetch_add( 1, std::memory_order_relaxed );
+        }
+    }
+
+    /// The only reference needs no atomic subtraction: nobody else has one to make another from.
+    void Release() const
+    {
+        if ( mLifetime == Lifetime::kCounted &&
+             ( mReferences.load( std::memory_order_acquire ) == 1 ||
+                 mReferences.fetch_sub( 1, std::memory_order_acq_rel ) == 1 ) )
+        {
+            delete this;
+        }
+    }
+
     CFIndex RetainCount() const;
 
   private:

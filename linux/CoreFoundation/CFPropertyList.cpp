@@ -10,7 +10,8 @@ namespace
 {
 
 // Made before the program begins, so that it is there when there is no memory to make it.
-CFStringObject const gOutOfMemory( u"Out of memory", CFObject::Lifetime::kConstant );
+CFStringRef const gOutOfMemory = CFStringObject::Create(
+    std::u16string_view( u"Out of memory" ), { .lifetime = CFObject::Lifetime::kConstant } );
 
 CFPropertyListRef CreateOrThrow( CFDataRef data, CFOptionFlags mutabilityOption )
 {
@@ -47,7 +48,7 @@ CFPropertyListRef CFPropertyListCreateFromXMLData(
     }
     if ( errorString != nullptr )
     {
-        *errorString = result == nullptr && complaint == nullptr ? &gOutOfMemory : complaint;
+        *errorString = result == nullptr && complaint == nullptr ? gOutOfMemory : complaint;
     }
     return result;
 }

@@ -5,17 +5,90 @@
 #include "linux/CoreFoundation/TextEncodings.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <optional>
+#include <span>
+#include <utility>
+
+namespace
+{
+
+template<class Units>
+bool HaveSame( Units a, Units b )
+{
+    return a == b;
+}
+
+template<class Units, class OtherUnits>
+bool HaveSame( Units a, OtherUnits b )
+{
+    return std::ranges::equal( a, b );
+}
+
+CFStringObject const& Checked( CFStringRef string )
+{
+    Require( string != nullptr );
+    return *string;
+}
+
+} // namespace
+
+void* CFStringObject::operator new(
+    std::size_t size, std::size_t units, std::size_t unitSize, ObjectPool* pool )
+{
+    if ( units > std::numeric_limits<std::uint32_t>::max() )
+    {
+        throw std::bad_alloc();
+    }
+    return ObjectPool::Allocate( size + units * unitSize, pool );
+}
+
+void CFStringObject::Append( CFStringObject const& appended )
+{
+    if ( !mGrown )
+    {
+        auto grown = std::make_unique<std::u16string>();
+        WithUnits( [&grown]( auto units ) { grown->assign( units.begin(), units.end() ); } );
+        mGrown = std::move( grown );
+    }
+    appended.WithUnits( [this]( auto units ) { mGrown->append( units.begin(), units.end() ); } );
+}
 
 bool CFStringObject::Equal( CFObject const& other ) const
 {
-    return units == static_cast<CFStringObject const&>( other ).units;
+    auto const& string = static_cast<CFStringObject const&>( other );
+    if ( Length() != string.Length() )
+    {
+        return false;
+    }
+    return WithUnits(
+        [&string]( auto mine ) {
+            return string.WithUnits( [mine]( auto theirs ) { return HaveSame( mine, theirs ); } );
+        } );
 }
 
 CFHashCode CFStringObject::Hash() const
 {
-    return HashElements( units );
+    return WithUnits( []( auto units ) { return HashElements<16>( units ); } );
+}
+
+bool IsASCII( std::string_view text )
+{
+    std::uint64_t all = 0;
+    std::uint64_t word = 0;
+    for ( ; text.size() >= sizeof word; text.remove_prefix( sizeof word ) )
+    {
+        std::memcpy( &word, text.data(), sizeof word );
+        all |= word;
+    }
+    for ( char const byte : text )
+    {
+        all |= static_cast<unsigned char>( byte );
+    }
+    return ( all & 0x8080808080808080U ) == 0;
 }
 
 CFTypeID CFStringGetTypeID( void )
@@ -33,10 +106,15 @@ CFStringRef CFStringCreateWithBytes( CFAllocatorRef, UInt8 const* bytes, CFIndex
             {
                 return nullptr;
             }
-            std::optional<std::u16string> units = DecodeText(
-                { reinterpret_cast<char const*>( bytes ), static_cast<std::size_t>( length ) },
-                encoding, isExternalRepresentation != 0 );
-            return units ? new CFStringObject( std::move( *units ) ) : nullptr;
+            std::string_view const text(
+                reinterpret_cast<char const*>( bytes ), static_cast<std::size_t>( length ) );
+            if ( encoding == kCFStringEncodingUTF8 && IsASCII( text ) )
+            {
+                return CFStringObject::Create( text, {} );
+            }
+            std::optional<std::u16string> const units =
+                DecodeText( text, encoding, isExternalRepresentation != 0 );
+            return units ? CFStringObject::Create( *units, {} ) : nullptr;
         } );
 }
 
@@ -57,50 +135,55 @@ CFStringRef CFStringCreateWithCharacters( CFAllocatorRef, UniChar const* units, 
             {
                 return nullptr;
             }
-            return new CFStringObject( std::u16string( units, units + length ) );
+            return CFStringObject::Create(
+                std::span( units, static_cast<std::size_t>( length ) ), {} );
         } );
 }
 
 void CFStringAppend( CFMutableStringRef string, CFStringRef appended )
 {
     Require( string != nullptr && string->mutability == CFStringObject::Mutability::kMutable );
-    std::u16string_view const units = UnitsOf( appended );
+    CFStringObject const& added = Checked( appended );
     NullIfThrown(
         [&]() -> CFStringRef
         {
-            string->units.append( units );
+            string->Append( added );
             return string;
         } );
 }
 
 CFIndex CFStringGetLength( CFStringRef string )
 {
-    return static_cast<CFIndex>( UnitsOf( string ).size() );
+    return static_cast<CFIndex>( Checked( string ).Length() );
 }
 
 void CFStringGetCharacters( CFStringRef string, CFRange range, UniChar* buffer )
 {
-    std::u16string_view const units = UnitsOf( string );
     Require( IsWithin( range, CFStringGetLength( string ) ) );
-    std::copy_n( units.begin() + range.location, range.length, buffer );
+    string->WithUnits( [&]( auto units )
+        { std::copy_n( units.begin() + range.location, range.length, buffer ); } );
 }
 
 CFIndex CFStringGetBytes( CFStringRef string, CFRange range, CFStringEncoding encoding,
     UInt8 lossByte, Boolean isExternalRepresentation, UInt8* buffer, CFIndex maxBufLen,
     CFIndex* usedBufLen )
 {
-    std::u16string_view const units = UnitsOf( string );
     Require( IsWithin( range, CFStringGetLength( string ) ) );
+    EncodingRequest const request{ .encoding = encoding,
+        .lossByte = lossByte,
+        .isExternal = isExternalRepresentation != 0,
+        .buffer = buffer,
+        .bufferLength = static_cast<std::size_t>( std::max( maxBufLen, CFIndex{ 0 } ) ) };
     EncodingResult result;
     try
     {
-        result = EncodeText( units.substr( static_cast<std::size_t>( range.location ),
-                                 static_cast<std::size_t>( range.length ) ),
-            { .encoding = encoding,
-                .lossByte = lossByte,
-                .isExternal = isExternalRepresentation != 0,
-                .buffer = buffer,
-                .bufferLength = static_cast<std::size_t>( std::max( maxBufLen, CFIndex{ 0 } ) ) } );
+        result = string->WithUnits(
+            [&]( auto units )
+            {
+                return EncodeText( units.substr( static_cast<std::size_t>( range.location ),
+                                       static_cast<std::size_t>( range.length ) ),
+                    request );
+            } );
     }
     catch ( std::exception const& )
     {

@@ -105,7 +105,7 @@ CFURLObject::CFURLObject( URLParts itsParts, Owned<CFURLObject const> itsBase )
           [this]
           {
               std::string const bytes = parts.Text();
-              return new CFStringObject( std::u16string( bytes.begin(), bytes.end() ) );
+              return CFStringObject::Create( bytes, {} );
           }() )
 {
 }
@@ -113,13 +113,13 @@ CFURLObject::CFURLObject( URLParts itsParts, Owned<CFURLObject const> itsBase )
 bool CFURLObject::Equal( CFObject const& other ) const
 {
     auto const& url = static_cast<CFURLObject const&>( other );
-    return text->units == url.text->units && ( base == nullptr ) == ( url.base == nullptr ) &&
+    return text->Equal( *url.text ) && ( base == nullptr ) == ( url.base == nullptr ) &&
            ( base == nullptr || base->Equal( *url.base ) );
 }
 
 CFHashCode CFURLObject::Hash() const
 {
-    return std::hash<std::u16string>()( text->units );
+    return text->Hash();
 }
 
 URLParts AbsoluteParts( CFURLObject const& url )

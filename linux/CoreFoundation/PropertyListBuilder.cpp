@@ -6,6 +6,7 @@
 
 #include <CoreFoundation/CFPropertyList.h>
 
+#include <cstring>
 #include <utility>
 
 namespace
@@ -24,26 +25,30 @@ Value Expect( std::optional<Value>&& value, char const* complaint )
 
 } // namespace
 
-PropertyListBuilder::Element PropertyListBuilder::ElementNamed( std::string_view name )
+// Reserves what a small document needs.
+PropertyListBuilder::PropertyListBuilder( CFStringObject::Mutability strings ) : mStrings( strings )
 {
-    static constexpr std::pair<std::string_view, Element> kElements[] = {
-        { "plist", Element::kPlist }, { "dict", Element::kDict }, { "array", Element::kArray },
-        { "key", Element::kKey }, { "string", Element::kString }, { "integer", Element::kInteger },
+    mLevels.reserve( 8 );
+    mEntries.reserve( 64 );
+    mText.reserve( 128 );
+}
+
+PropertyListBuilder::Element PropertyListBuilder::ElementNamed( char const* name )
+{
+    // The most frequent ones come first.
+    static constexpr std::pair<char const*, Element> kElements[] = { { "key", Element::kKey },
+        { "string", Element::kString }, { "integer", Element::kInteger },
+        { "dict", Element::kDict }, { "array", Element::kArray }, { "plist", Element::kPlist },
         { "real", Element::kReal }, { "date", Element::kDate }, { "data", Element::kData },
         { "true", Element::kTrue }, { "false", Element::kFalse } };
     for ( auto const& [known, element] : kElements )
     {
-        if ( name == known )
+        if ( *name == *known && std::strcmp( name, known ) == 0 )
         {
             return element;
         }
     }
     throw PropertyListError( "unknown element" );
-}
-
-bool PropertyListBuilder::IsInLeaf() const
-{
-    return !mLevels.empty() && mLevels.back().element > Element::kArray;
 }
 
 void PropertyListBuilder::AllowOnlyOutsideLeaves() const
@@ -56,8 +61,7 @@ void PropertyListBuilder::AllowOnlyOutsideLeaves() const
 
 void PropertyListBuilder::StartCData() const
 {
-    if ( !IsInLeaf() ||
-         ( mLevels.back().element != Element::kString && mLevels.back().element != Element::kKey ) )
+    if ( mLeaf != Element::kString && mLeaf != Element::kKey )
     {
         throw PropertyListError( "CDATA outside of a string or key" );
     }
@@ -71,7 +75,7 @@ void PropertyListBuilder::CheckPlace( Element element ) const
     {
         throw PropertyListError( "elements are nested too deeply" );
     }
-    bool const isInDictionary = !mLevels.empty() && mLevels.back().dictionary != nullptr;
+    bool const isInDictionary = !mLevels.empty() && mLevels.back().element == Element::kDict;
     if ( element == Element::kKey )
     {
         if ( !isInDictionary )
@@ -102,24 +106,16 @@ void PropertyListBuilder::CheckPlace( Element element ) const
     }
 }
 
-void PropertyListBuilder::StartElement( std::string_view name )
+void PropertyListBuilder::StartElement( char const* name )
 {
     Element const element = ElementNamed( name );
     CheckPlace( element );
-    Level level{ element };
-    if ( element == Element::kDict )
+    if ( element > Element::kArray )
     {
-        Owned<CFDictionaryObject> dictionary( new CFDictionaryObject );
-        level.dictionary = dictionary.get();
-        Add( std::move( dictionary ) );
+        mLeaf = element;
+        return;
     }
-    else if ( element == Element::kArray )
-    {
-        Owned<CFArrayObject> array( new CFArrayObject );
-        level.array = array.get();
-        Add( std::move( array ) );
-    }
-    mLevels.push_back( std::move( level ) );
+    mLevels.push_back( { element, mEntries.size() } );
 }
 
 void PropertyListBuilder::Add( Owned<CFObject const> object )
@@ -128,13 +124,9 @@ void PropertyListBuilder::Add( Owned<CFObject const> object )
     {
         mRoot = std::move( object );
     }
-    else if ( Level& top = mLevels.back(); top.array != nullptr )
-    {
-        top.array->values.push_back( std::move( object ) );
-    }
     else
     {
-        top.dictionary->Set( std::move( top.key ), std::move( object ) );
+        mEntries.push_back( { std::move( mLevels.back().key ), std::move( object ) } );
     }
 }
 
@@ -148,15 +140,8 @@ void PropertyListBuilder::Text( std::string_view text )
         }
         return;
     }
-    switch ( mLevels.back().element )
+    switch ( *mLeaf )
     {
-    case Element::kKey:
-    case Element::kString:
-        if ( !AppendUTF8( text, mUnits ) )
-        {
-            throw PropertyListError( "invalid UTF-8" );
-        }
-        break;
     case Element::kData:
         if ( !mData.Append( text ) )
         {
@@ -173,61 +158,100 @@ void PropertyListBuilder::Text( std::string_view text )
 
 void PropertyListBuilder::EndElement( bool isShortForm )
 {
-    Level level = std::move( mLevels.back() );
-    mLevels.pop_back();
-    switch ( level.element )
+    if ( !mLeaf )
     {
-    case Element::kPlist:
-        if ( !mRoot )
-        {
-            throw PropertyListError( "<plist> is empty" );
-        }
-        mIsPlistClosed = true;
+        EndContainer();
         return;
-    case Element::kDict:
-        if ( level.key )
-        {
-            throw PropertyListError( "a key without a value" );
-        }
-        return;
-    case Element::kArray:
-        return;
-    case Element::kKey:
-        mLevels.back().key = MakeString( CFStringObject::Mutability::kImmutable );
-        return;
-    default:
-        // An empty number or date is an error in any form.
-        if ( isShortForm && level.element == Element::kData )
-        {
-            throw PropertyListError( "<data/> has no value" );
-        }
-        Add( MakeLeaf( level.element ) );
     }
+    Element const leaf = *std::exchange( mLeaf, std::nullopt );
+    // An empty number or date is an error in any form.
+    if ( isShortForm && leaf == Element::kData )
+    {
+        throw PropertyListError( "<data/> has no value" );
+    }
+    if ( leaf == Element::kKey )
+    {
+        mLevels.back().key = MakeString( CFStringObject::Mutability::kImmutable );
+    }
+    else
+    {
+        Add( MakeLeaf( leaf ) );
+    }
+    mText.clear();
+}
+
+void PropertyListBuilder::EndContainer()
+{
+    Level const level = std::move( mLevels.back() );
+    mLevels.pop_back();
+    if ( level.key )
+    {
+        throw PropertyListError( "a key without a value" );
+    }
+    if ( level.element != Element::kPlist )
+    {
+        Owned<CFObject const> container =
+            MakeContainer( level.element, std::span( mEntries ).subspan( level.firstEntry ) );
+        mEntries.resize( level.firstEntry );
+        Add( std::move( container ) );
+        return;
+    }
+    if ( !mRoot )
+    {
+        throw PropertyListError( "<plist> is empty" );
+    }
+    mIsPlistClosed = true;
+}
+
+Owned<CFObject const> PropertyListBuilder::MakeContainer(
+    Element element, std::span<Entry> entries )
+{
+    if ( element == Element::kDict )
+    {
+        Owned<CFDictionaryObject> dictionary( new ( mPool ) CFDictionaryObject );
+        dictionary->Fill( entries );
+        return dictionary;
+    }
+    Owned<CFArrayObject> array( new ( mPool ) CFArrayObject );
+    array->values.reserve( entries.size() );
+    for ( Entry& entry : entries )
+    {
+        array->values.push_back( std::move( entry.value ) );
+    }
+    return array;
 }
 
 Owned<CFObject const> PropertyListBuilder::MakeString( CFStringObject::Mutability mutability )
 {
-    return Owned<CFObject const>(
-        new CFStringObject( std::exchange( mUnits, std::u16string() ), mutability ) );
+    CFStringObject::Making const making{ .mutability = mutability, .pool = &mPool };
+    if ( IsASCII( mText ) )
+    {
+        return Owned<CFObject const>( CFStringObject::Create( mText, making ) );
+    }
+    std::u16string units;
+    if ( !AppendUTF8( mText, units ) )
+    {
+        throw PropertyListError( "invalid UTF-8" );
+    }
+    return Owned<CFObject const>( CFStringObject::Create( units, making ) );
 }
 
 Owned<CFObject const> PropertyListBuilder::MakeLeaf( Element element )
 {
-    std::string const text = std::exchange( mText, std::string() );
     switch ( element )
     {
     case Element::kInteger:
         return Owned<CFObject const>(
-            new CFNumberObject( Expect( ParseInteger( text ), "invalid <integer>" ) ) );
+            new ( mPool ) CFNumberObject( Expect( ParseInteger( mText ), "invalid <integer>" ) ) );
     case Element::kReal:
         return Owned<CFObject const>(
-            new CFNumberObject( Expect( ParseReal( text ), "invalid <real>" ) ) );
+            new ( mPool ) CFNumberObject( Expect( ParseReal( mText ), "invalid <real>" ) ) );
     case Element::kDate:
         return Owned<CFObject const>(
-            new CFDateObject( Expect( ParseDate( text ), "invalid <date>" ) ) );
+            new ( mPool ) CFDateObject( Expect( ParseDate( mText ), "invalid <date>" ) ) );
     case Element::kData:
         return Owned<CFObject const>(
-            new CFDataObject( Expect( mData.Finish(), "incomplete base64" ) ) );
+            new ( mPool ) CFDataObject( Expect( mData.Finish(), "incomplete base64" ) ) );
     case Element::kTrue:
         return RetainedObject( kCFBooleanTrue );
     case Element::kFalse:

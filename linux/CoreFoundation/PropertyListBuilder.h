@@ -7,6 +7,9 @@
 #include "linux/CoreFoundation/CFStringObject.h"
 #include "linux/CoreFoundation/PropertyListLeaves.h"
 
+#include <cstddef>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -23,14 +26,14 @@ class PropertyListError : public std::runtime_error
 /// tags match. All functions throw PropertyListError for what a property list cannot contain, after
 /// which the builder is of no further use.
 ///
-/// Containers being filled are on an explicit stack; each belongs to the one around it, so that
-/// whatever happens, the root owns everything.
+/// The levels that are open are on an explicit stack, and what they contain on another; a container
+/// is made when it ends, of the size that it then has.
 class PropertyListBuilder
 {
   public:
-    explicit PropertyListBuilder( CFStringObject::Mutability strings ) : mStrings( strings ) {}
+    explicit PropertyListBuilder( CFStringObject::Mutability strings );
 
-    void StartElement( std::string_view name );
+    void StartElement( char const* name );
 
     /// The end of the innermost element; `isShortForm` when start and end are one tag.
     void EndElement( bool isShortForm );
@@ -42,6 +45,9 @@ class PropertyListBuilder
 
     /// Called for a comment, a processing instruction and the like.
     void AllowOnlyOutsideLeaves() const;
+
+    /// Whether an element has begun that can contain text alone.
+    bool IsInLeaf() const { return mLeaf.has_value(); }
 
     /// Whether <plist> has ended.
     bool IsPlistClosed() const { return mIsPlistClosed; }
@@ -65,29 +71,34 @@ class PropertyListBuilder
         kFalse
     };
 
-    // An element that has begun and not ended. A dictionary keeps the key that waits for its value.
+    using Entry = CFDictionaryObject::Entry;
+
+    // An element round others that has begun and not ended. A dictionary keeps the key that waits
+    // for its value.
     struct Level
     {
         Element element;
-        CFArrayObject* array = nullptr;
-        CFDictionaryObject* dictionary = nullptr;
+        std::size_t firstEntry;
         Owned<CFObject const> key = nullptr;
     };
 
-    static Element ElementNamed( std::string_view name );
-    bool IsInLeaf() const;
+    static Element ElementNamed( char const* name );
     void CheckPlace( Element element ) const;
     void Add( Owned<CFObject const> object );
+    void EndContainer();
+    Owned<CFObject const> MakeContainer( Element element, std::span<Entry> entries );
     Owned<CFObject const> MakeLeaf( Element element );
     Owned<CFObject const> MakeString( CFStringObject::Mutability mutability );
 
     CFStringObject::Mutability const mStrings;
+    ObjectPool mPool;
     std::vector<Level> mLevels;
+    std::vector<Entry> mEntries; // of all levels; those of arrays have no keys
+    std::optional<Element> mLeaf;
     Owned<CFObject const> mRoot;
     bool mIsPlistClosed = false;
 
-    // What the leaf at the top has so far, by its type.
-    std::u16string mUnits;
+    // What the leaf has so far: its text, in UTF-8, or for <data> the bytes.
     std::string mText;
     Base64Decoder mData;
 };

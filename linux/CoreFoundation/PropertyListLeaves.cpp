@@ -9,7 +9,10 @@
 namespace
 {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+bool IsBlank( char character )
+{
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
 
 bool IsDigit( char character )
 {
@@ -19,7 +22,10 @@ bool IsDigit( char character )
 // Takes leading blanks and a sign off; whether the sign was a minus.
 bool TakeBlanksAndSign( std::string_view& text )
 {
-    text.remove_prefix( std::min( text.find_first_not_of( kBlanks ), text.size() ) );
+    while ( !text.empty() && IsBlank( text[0] ) )
+    {
+        text.remove_prefix( 1 );
+    }
     bool const isNegative = text.starts_with( '-' );
     if ( isNegative || text.starts_with( '+' ) )
     {
@@ -68,7 +74,7 @@ constexpr std::array<std::uint8_t, 256> kBase64Values = []
 
 bool IsBlank( std::string_view text )
 {
-    return text.find_first_not_of( kBlanks ) == std::string_view::npos;
+    return std::ranges::all_of( text, []( char character ) { return IsBlank( character ); } );
 }
 
 std::optional<WideInteger> ParseInteger( std::string_view text )
@@ -144,11 +150,11 @@ bool Base64Decoder::Append( std::string_view text )
 {
     for ( char const character : text )
     {
-        if ( kBlanks.find( character ) != std::string_view::npos )
+        std::uint8_t const value = kBase64Values[static_cast<unsigned char>( character )];
+        if ( value == 64 && IsBlank( character ) )
         {
             continue;
         }
-        std::uint8_t const value = kBase64Values[static_cast<unsigned char>( character )];
         // Padding takes the last one or two places of the last group.
         bool const isPadding = character == '=' && mCharacters >= 2;
         if ( !isPadding && ( value == 64 || mPadding != 0 ) )

@@ -1,6 +1,7 @@
 #include "linux/CoreFoundation/PropertyListReader.h"
 
 #include "linux/CoreFoundation/EightBitTables.h"
+#include "linux/CoreFoundation/KeyedHash.h"
 #include "linux/CoreFoundation/TextConverter.h"
 
 #include <CoreFoundation/CFPropertyList.h>
@@ -134,6 +135,8 @@ class Reader
         {
             throw std::bad_alloc();
         }
+        // Otherwise each parser asks the system for random bits.
+        XML_SetHashSalt( Parser(), HashPoint() );
         XML_SetUserData( Parser(), this );
         XML_SetElementHandler( Parser(), OnStart, OnEnd );
         XML_SetCharacterDataHandler( Parser(), OnText );
@@ -217,9 +220,11 @@ class Reader
     static void XMLCALL OnText( void* userData, XML_Char const* text, int length )
     {
         Handle( userData,
-            [&]( Reader& reader ) {
+            [&]( Reader& reader )
+            {
+                std::string_view const piece( text, static_cast<std::size_t>( length ) );
                 reader.mBuilder.Text(
-                    reader.OriginalText( { text, static_cast<std::size_t>( length ) } ) );
+                    reader.mBuilder.IsInLeaf() ? reader.OriginalText( piece ) : piece );
             } );
     }
 

@@ -262,15 +262,17 @@ struct Character
 };
 
 // The character at an index: a pair, or one unit, which may be an unpaired surrogate.
-Character CharacterAt( std::u16string_view units, std::size_t index )
+template<class Units>
+Character CharacterAt( Units units, std::size_t index )
 {
-    char32_t const first = units[index];
+    auto const unitAt = [units]( std::size_t i ) { return static_cast<char32_t>( units[i] ); };
+    char32_t const first = unitAt( index );
     if ( !IsHighSurrogate( first ) || index + 1 == units.size() ||
-         !IsLowSurrogate( units[index + 1] ) )
+         !IsLowSurrogate( unitAt( index + 1 ) ) )
     {
         return { first, 1 };
     }
-    return { 0x10000 + ( ( first & 0x3FF ) << 10 | ( units[index + 1] & 0x3FFU ) ), 2 };
+    return { 0x10000 + ( ( first & 0x3FF ) << 10 | ( unitAt( index + 1 ) & 0x3FF ) ), 2 };
 }
 
 // Appends a whole character to the buffer if it fits, or only counts it.
@@ -286,6 +288,42 @@ bool Put( EncodedCharacter const& character, EncodingRequest const& request, std
     }
     used += character.length;
     return true;
+}
+
+template<class Units>
+EncodingResult Encode( Units units, EncodingRequest const& request )
+{
+    EncodingResult result;
+    CharacterEncoder encoder( request.encoding );
+    if ( !encoder.IsKnown() )
+    {
+        return result;
+    }
+    if ( request.isExternal && request.encoding == kCFStringEncodingUTF16 &&
+         !Put( encoder.Encode( kByteOrderMark ), request, result.bytes ) )
+    {
+        return result;
+    }
+    while ( result.units < units.size() )
+    {
+        auto const [character, taken] = CharacterAt( units, result.units );
+        EncodedCharacter encoded = encoder.Encode( character );
+        if ( encoded.length == 0 )
+        {
+            if ( request.lossByte == 0 || request.encoding == kCFStringEncodingUTF8 )
+            {
+                break;
+            }
+            encoded.length = taken;
+            std::fill_n( encoded.bytes, taken, request.lossByte );
+        }
+        if ( !Put( encoded, request, result.bytes ) )
+        {
+            break;
+        }
+        result.units += taken;
+    }
+    return result;
 }
 
 } // namespace
@@ -349,35 +387,10 @@ std::optional<std::u16string> DecodeText(
 
 EncodingResult EncodeText( std::u16string_view units, EncodingRequest const& request )
 {
-    EncodingResult result;
-    CharacterEncoder encoder( request.encoding );
-    if ( !encoder.IsKnown() )
-    {
-        return result;
-    }
-    if ( request.isExternal && request.encoding == kCFStringEncodingUTF16 &&
-         !Put( encoder.Encode( kByteOrderMark ), request, result.bytes ) )
-    {
-        return result;
-    }
-    while ( result.units < units.size() )
-    {
-        auto const [character, taken] = CharacterAt( units, result.units );
-        EncodedCharacter encoded = encoder.Encode( character );
-        if ( encoded.length == 0 )
-        {
-            if ( request.lossByte == 0 || request.encoding == kCFStringEncodingUTF8 )
-            {
-                break;
-            }
-            encoded.length = taken;
-            std::fill_n( encoded.bytes, taken, request.lossByte );
-        }
-        if ( !Put( encoded, request, result.bytes ) )
-        {
-            break;
-        }
-        result.units += taken;
-    }
-    return result;
+    return Encode( units, request );
+}
+
+EncodingResult EncodeText( std::string_view units, EncodingRequest const& request )
+{
+    return Encode( units, request );
 }

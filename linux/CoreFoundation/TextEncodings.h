@@ -35,3 +35,6 @@ struct EncodingResult
 
 /// What CFStringGetBytes does.
 EncodingResult EncodeText( std::u16string_view units, EncodingRequest const& request );
+
+/// The same for units that are ASCII, one byte each.
+EncodingResult EncodeText( std::string_view units, EncodingRequest const& request );

@@ -2,7 +2,8 @@
 
 /// Strings: immutable runs of UTF-16 units, except those that a property list makes mutable.
 ///
-/// Lengths, indices and ranges count UTF-16 units; unpaired surrogates and U+0000 are allowed.
+/// Lengths, indices and ranges count UTF-16 units; unpaired surrogates and U+0000 are allowed. A
+/// string is made with at most 4,294,967,295 units; more are refused as lack of memory.
 /// CFEqual compares units one by one (no composition, no case), and CFHash agrees with it. A null
 /// string, or a range outside the string, is a programming error and traps.
 

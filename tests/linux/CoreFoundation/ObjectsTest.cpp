@@ -1,5 +1,7 @@
 #include "tests/linux/CoreFoundation/Held.h"
 
+#include "tests/support/AllocationFailure.h"
+
 #include <gtest/gtest.h>
 #include <iomanip>
 #include <set>
@@ -138,6 +140,88 @@ TEST( Dictionary, FindsValuesByEqualKeysOfWhichTheFirstStaysWithTheLastValue )
     EXPECT_EQ( Describe( dictionary.get() ), R"({"k"=false})" );
     EXPECT_EQ( CFGetRetainCount( first.get() ), 2 );
     EXPECT_EQ( CFGetRetainCount( second.get() ) + CFGetRetainCount( absent.get() ), 2 );
+}
+
+// Every third key comes twice, and every fourth is not ASCII; some come by the list.
+TEST( Dictionary, FindsEachOfManyKeysHoweverTheyCame )
+{
+    for ( int const count : { 1, 15, 16, 17, 31, 33, 64, 1000 } )
+    {
+        auto const key = []( int i )
+        { return ( i % 4 == 0 ? "\xC3\xA9" : "key " ) + std::to_string( i ); };
+        std::string text;
+        for ( int i = 0; i < count; ++i )
+            text += ( i % 3 == 0 ? Element( "key", key( i ) ) + "<false/>" : "" ) +
+                    Element( "key", key( i ) ) + Element( "integer", std::to_string( i ) );
+        Held<CFTypeRef> const list = Parsed( Element( "dict", text ) );
+        auto const dictionary = As<CFMutableDictionaryRef>( list.get() );
+        EXPECT_EQ( CFDictionaryGetCount( dictionary ), count );
+        for ( int i = 0; i < 4 * count; ++i )
+            if ( i % 2 == 0 || i >= count )
+                CFDictionarySetValue(
+                    dictionary, String( key( i ) ).get(), String( std::to_string( i ) ).get() );
+        EXPECT_EQ( CFDictionaryGetCount( dictionary ), 4 * count );
+        for ( int i = 0; i < 4 * count; ++i )
+            EXPECT_EQ( Describe( CFDictionaryGetValue( dictionary, String( key( i ) ).get() ) ),
+                i % 2 == 0 || i >= count ? '"' + std::to_string( i ) + '"'
+                                         : "i" + std::to_string( i ) );
+        EXPECT_EQ( CFDictionaryGetValue( dictionary, String( "key" ).get() ), nullptr );
+    }
+}
+
+TEST( Objects, OutliveTheListTheyCameWithAndMayBeReleasedInAnyThread )
+{
+    long const before = LiveAllocations();
+    {
+        std::string text;
+        for ( int i = 0; i < 4000; ++i )
+            text += Element( "string", std::string( static_cast<std::size_t>( i % 90 ), 'x' ) );
+        Held<CFTypeRef> list = Parsed( Element( "array", text ) );
+        std::vector<std::vector<Held<CFStringRef>>> kept( 4 );
+        for ( CFIndex i = 0; i < 4000; i += 3 )
+            kept[static_cast<std::size_t>( i % 4 )].emplace_back( As<CFStringRef>(
+                CFRetain( CFArrayGetValueAtIndex( As<CFArrayRef>( list.get() ), i ) ) ) );
+        list.reset();
+        std::vector<std::thread> threads;
+        for ( std::vector<Held<CFStringRef>>& some : kept )
+            threads.emplace_back(
+                [&some]
+                {
+                    for ( Held<CFStringRef> const& string : some )
+                        EXPECT_EQ( CFGetRetainCount( string.get() ), 1 );
+                    some.clear();
+                } );
+        for ( std::thread& thread : threads )
+            thread.join();
+    }
+    EXPECT_EQ( LiveAllocations(), before );
+}
+
+TEST( Strings, AreEqualByTheirUnitsHoweverTheyAreKept )
+{
+    UniChar const units[] = { 'a', 'b' };
+    Held<CFStringRef> const wide( CFStringCreateWithCharacters( nullptr, units, 2 ) );
+    Held<CFStringRef> const narrow = String( "ab" );
+    Held<CFTypeRef> const grown = Parsed( "<string>a</string>", 2 );
+    CFStringAppend( As<CFMutableStringRef>( grown.get() ), String( "b" ).get() );
+    for ( CFTypeRef const a : { CFTypeRef( wide.get() ), CFTypeRef( narrow.get() ), grown.get() } )
+        for ( CFTypeRef const b :
+            { CFTypeRef( wide.get() ), CFTypeRef( narrow.get() ), grown.get() } )
+        {
+            EXPECT_TRUE( CFEqual( a, b ) );
+            EXPECT_EQ( CFHash( a ), CFHash( b ) );
+            EXPECT_FALSE( CFEqual( a, String( "ac" ).get() ) );
+        }
+    auto const mutableString = As<CFMutableStringRef>( grown.get() );
+    CFStringAppend( mutableString, mutableString );
+    CFStringAppend( mutableString, String( "\xC3\xA9" ).get() );
+    EXPECT_EQ( Describe( mutableString ), "\"abab\u00E9\"" );
+}
+
+TEST( Strings, HashSoThatNoDifferenceIsKnownBeforehand )
+{
+    for ( std::string const same : { "", "x", "abc" } )
+        EXPECT_NE( CFHash( String( same + "b" ).get() ) - CFHash( String( same + "a" ).get() ), 1 );
 }
 
 TEST( Objects, AreNotMadeFromNegativeCountsNothingAndForeignCallBacks )
