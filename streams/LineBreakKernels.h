@@ -20,10 +20,27 @@ using LineBreakFunction = unsigned(
 /// The best first.
 std::span<Kernel<LineBreakFunction> const> LineBreakKernels();
 
+/// How many bytes LineBreakMask is given.
+inline constexpr unsigned kFewestBytesForMask = 16;
+inline constexpr unsigned kMostBytesForMask = 64;
+
+/// A bit for each of the `length` bytes at `text`, the lowest for the first: whether it is a CR or
+/// an LF. For so few bytes this is a shorter way than offsets.
+std::uint64_t LineBreakMask( unsigned char const* text, unsigned length );
+
+/// The same in the plain form, best for fewer bytes.
+inline std::uint64_t LineBreakMaskByByte( unsigned char const* text, unsigned length )
+{
+    std::uint64_t mask = 0;
+    while ( length-- > 0 )
+        mask = mask << 1 | ( text[length] == '\r' || text[length] == '\n' );
+    return mask;
+}
+
 /// The portable kernel: asks the C library for each of the two bytes in turn.
 LineBreakFunction LineBreaksByMemchr;
 
-/// The plain form, best for a few bytes: from the byte at `from` on, before which `count` breaks
+/// The plain form, for the last few bytes: from the byte at `from` on, before which `count` breaks
 /// have been found.
 inline unsigned LineBreaksByByte( unsigned char const* text, unsigned from, unsigned length,
     LineBreakOffsets& offsets, unsigned count )

@@ -3,19 +3,17 @@
 #include "streams/LineBreakKernels.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
 namespace
 {
 
-constexpr unsigned kFewestBytesForKernels = 16;
-
-unsigned FindLineBreaks( unsigned char const* text, unsigned length, LineBreakOffsets& offsets )
+// A bit for each of at most kMostBytesForMask bytes.
+std::uint64_t FindLineBreaks( unsigned char const* text, unsigned length )
 {
-    if ( length < kFewestBytesForKernels )
-        return LineBreaksByByte( text, 0, length, offsets, 0 );
-    static auto* const find = FirstSupported( LineBreakKernels() );
-    return find( text, length, offsets );
+    return length < kFewestBytesForMask ? LineBreakMaskByByte( text, length )
+                                        : LineBreakMask( text, length );
 }
 
 } // namespace
@@ -48,13 +46,36 @@ void LineMaker::Receive( ConstData data )
         mTarget->Receive( data );
         ++mPosition;
     }
-    else if ( !data.IsEmpty() )
-        ReceivePiece( data );
+    else if ( data.end() - data.begin() <= kMostBytesForMask )
+        ReceiveShortPiece( data );
+    else
+        ReceiveLongPiece( data );
 }
 
-// A function of its own: a single byte of text, which Receive passes on, needs no room for offsets.
-[[gnu::noinline]] void LineMaker::ReceivePiece( ConstData data )
+// A function of its own: Receive, for a single byte of text, need not save registers.
+[[gnu::noinline]] void LineMaker::ReceiveShortPiece( ConstData data )
 {
+    unsigned char const* text = data.begin(); // not passed on yet
+    std::uint64_t breaks = FindLineBreaks( text, data.Length() );
+    if ( mPendingBreak != 0 && !data.IsEmpty() && ReportBreak( *text ) )
+    {
+        ++text;
+        breaks &= breaks - 1;
+    }
+    while ( breaks != 0 )
+    {
+        bool const isPair = TakeLine( text, data.begin() + std::countr_zero( breaks ), data.end() );
+        breaks &= breaks - 1;
+        if ( isPair )
+            breaks &= breaks - 1;
+    }
+    PassText( text, data.end() );
+}
+
+// A function of its own: shorter pieces need no room for offsets.
+[[gnu::noinline]] void LineMaker::ReceiveLongPiece( ConstData data )
+{
+    static auto* const findBreaks = FirstSupported( LineBreakKernels() );
     unsigned char const* text = data.begin(); // not passed on yet
     unsigned char const* const end = data.end();
     if ( mPendingBreak != 0 )
@@ -64,21 +85,12 @@ void LineMaker::Receive( ConstData data )
     {
         auto const length =
             static_cast<unsigned>( std::min<std::ptrdiff_t>( end - chunk, kLineBreakChunk ) );
-        unsigned const count = FindLineBreaks( chunk, length, offsets );
+        unsigned const count = findBreaks( chunk, length, offsets );
         for ( unsigned i = 0; i < count; ++i )
         {
-            unsigned char const* const textEnd = chunk + offsets[i];
-            mPendingBreak = *textEnd;
-            PassText( text, textEnd );
-            text = textEnd + 1;
-            if ( text == end )
-                return;
             // A branch, since the processor guesses well; else each offset would wait for this one.
-            if ( ReportBreak( *text ) ) [[unlikely]]
-            {
-                ++text;
+            if ( TakeLine( text, chunk + offsets[i], end ) ) [[unlikely]]
                 ++i;
-            }
         }
         chunk = std::max( chunk + length, text ); // a pair can reach into the next one
     }
@@ -98,6 +110,18 @@ inline void LineMaker::PassText( unsigned char const* begin, unsigned char const
         return;
     mTarget->Receive( ConstData( begin, end ) );
     mPosition += static_cast<unsigned long long>( end - begin );
+}
+
+inline bool LineMaker::TakeLine(
+    unsigned char const*& text, unsigned char const* lineEnd, unsigned char const* end )
+{
+    mPendingBreak = *lineEnd;
+    PassText( text, lineEnd );
+    text = lineEnd + 1;
+    if ( text == end || !ReportBreak( *text ) )
+        return false;
+    ++text;
+    return true;
 }
 
 inline bool LineMaker::ReportBreak( unsigned char next )

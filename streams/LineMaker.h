@@ -37,8 +37,14 @@ class LineMaker : public DataReceiver
     void ReceiveEnd() override;
 
   private:
-    void ReceivePiece( ConstData data );
+    void ReceiveShortPiece( ConstData data );
+    void ReceiveLongPiece( ConstData data );
     void PassText( unsigned char const* begin, unsigned char const* end );
+
+    /// Passes on the text before the break at `lineEnd`, then reports that break unless it comes
+    /// last; returns whether it is a pair. `text` is then where the next line begins.
+    bool TakeLine(
+        unsigned char const*& text, unsigned char const* lineEnd, unsigned char const* end );
 
     /// Reports the pending break, together with `next` if the two are a pair; returns whether.
     bool ReportBreak( unsigned char next );

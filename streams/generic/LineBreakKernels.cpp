@@ -7,3 +7,8 @@ std::span<Kernel<LineBreakFunction> const> LineBreakKernels()
     };
     return kKernels;
 }
+
+std::uint64_t LineBreakMask( unsigned char const* text, unsigned length )
+{
+    return LineBreakMaskByByte( text, length );
+}

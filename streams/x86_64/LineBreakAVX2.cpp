@@ -11,7 +11,6 @@ namespace
 
 constexpr unsigned kBlock = 64;
 constexpr unsigned kBlocksAtOnce = 4;
-constexpr unsigned kSmallBlock = 16;
 constexpr unsigned kOffsetsAtOnce = 3;
 
 [[gnu::target( "avx2" )]] inline std::uint32_t BreaksOf32( unsigned char const* text )
@@ -25,14 +24,6 @@ constexpr unsigned kOffsetsAtOnce = 3;
 [[gnu::target( "avx2" )]] inline std::uint64_t BreaksOf64( unsigned char const* text )
 {
     return BreaksOf32( text ) | std::uint64_t{ BreaksOf32( text + 32 ) } << 32;
-}
-
-inline std::uint32_t BreaksOf16( unsigned char const* text )
-{
-    __m128i const bytes = _mm_loadu_si128( reinterpret_cast<__m128i const*>( text ) );
-    __m128i const breaks = _mm_or_si128( _mm_cmpeq_epi8( bytes, _mm_set1_epi8( '\r' ) ),
-        _mm_cmpeq_epi8( bytes, _mm_set1_epi8( '\n' ) ) );
-    return static_cast<std::uint32_t>( _mm_movemask_epi8( breaks ) );
 }
 
 // Appends the offsets of the bytes that begin at the offset `from`; returns the new count.

@@ -50,8 +50,6 @@ alignas( 64 ) constexpr auto kAscending = []
 [[gnu::target( "avx512bw,avx512vbmi2,popcnt" )]] unsigned LineBreaksByAVX512(
     unsigned char const* text, unsigned length, LineBreakOffsets& offsets )
 {
-    if ( length < kBlock ) // the way through compressed vectors is long
-        return LineBreaksByAVX2( text, length, offsets );
     unsigned count = 0;
     unsigned i = 0;
     for ( ; i + kBlocksAtOnce * kBlock <= length; i += kBlocksAtOnce * kBlock )
@@ -75,6 +73,6 @@ alignas( 64 ) constexpr auto kAscending = []
 bool IsLineBreakAVX512Supported()
 {
     __builtin_cpu_init();
-    return IsLineBreakAVX2Supported() && __builtin_cpu_supports( "avx512bw" ) &&
-           __builtin_cpu_supports( "avx512vbmi2" ) && __builtin_cpu_supports( "popcnt" );
+    return __builtin_cpu_supports( "avx512bw" ) && __builtin_cpu_supports( "avx512vbmi2" ) &&
+           __builtin_cpu_supports( "popcnt" );
 }

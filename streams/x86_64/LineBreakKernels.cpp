@@ -11,3 +11,12 @@ std::span<Kernel<LineBreakFunction> const> LineBreakKernels()
     };
     return kKernels;
 }
+
+std::uint64_t LineBreakMask( unsigned char const* text, unsigned length )
+{
+    std::uint64_t mask = 0;
+    for ( unsigned i = 0; i + kSmallBlock <= length; i += kSmallBlock )
+        mask |= std::uint64_t{ BreaksOf16( text + i ) } << i;
+    unsigned const last = length - kSmallBlock; // may overlap the block before
+    return mask | std::uint64_t{ BreaksOf16( text + last ) } << last;
+}

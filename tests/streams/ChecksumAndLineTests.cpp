@@ -174,6 +174,17 @@ TEST( LineBreakKernels, FindWhatIsFoundByteByByteAtEveryLengthAndAlignment )
                 bytes.insert( bytes.end(), begin, begin + length );
                 auto const* const text = bytes.data() + alignment;
                 unsigned const count = LineBreaksByByte( text, 0, length, expected, 0 );
+                if ( length <= kMostBytesForMask )
+                {
+                    std::uint64_t mask = 0;
+                    for ( unsigned i = 0; i < count; ++i )
+                        mask |= 1ull << expected[i];
+                    ASSERT_EQ( LineBreakMaskByByte( text, length ), mask ) << length;
+                    if ( length >= kFewestBytesForMask )
+                    {
+                        ASSERT_EQ( LineBreakMask( text, length ), mask ) << length;
+                    }
+                }
                 for ( auto const& kernel : LineBreakKernels() )
                     if ( kernel.isSupported() )
                     {
