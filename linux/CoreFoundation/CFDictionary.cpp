@@ -124,15 +124,10 @@ void CFDictionaryObject::SetHashed( Entry entry, std::uint32_t hash )
 void CFDictionaryObject::Fill( std::span<Entry> entries )
 {
     mEntries.reserve( entries.size() );
-    if ( entries.size() <= kFewEntries )
+    if ( entries.size() > kFewEntries )
     {
-        for ( Entry& entry : entries )
-        {
-            SetHashed( std::move( entry ), 0 );
-        }
-        return;
+        MakeSlots( std::bit_ceil( 2 * entries.size() ) );
     }
-    MakeSlots( std::bit_ceil( 2 * entries.size() ) );
     for ( Entry& entry : entries )
     {
         std::uint32_t const hash = HashOf( *entry.key );
