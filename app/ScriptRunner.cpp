@@ -1,6 +1,7 @@
 #include "app/ScriptRunner.h"
 
 #include "app/CommandWait.h"
+#include "linux/AdministratorRights/CommandWords.h"
 #include "platform/AutoCFString.h"
 #include "platform/AutoCFURL.h"
 #include "platform/CFStrings.h"
@@ -9,6 +10,7 @@
 #include <CoreFoundation/CFBundle.h>
 
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -27,6 +29,12 @@ std::string PathForResource( char const* name, char const* type )
     return MakeString( path.Get(), kCFStringEncodingUTF8, 0 );
 }
 
+// A path that is not one plain word breaks the command line, which could name another program then.
+bool IsCommand( std::string const& commandLine, std::vector<std::string> const& words )
+{
+    return SplitIntoWords( commandLine ) == words;
+}
+
 } // namespace
 
 bool executeScriptSudo( char const* argument )
@@ -34,7 +42,8 @@ bool executeScriptSudo( char const* argument )
     try
     {
         std::string const path = PathForResource( "WUXAgentControlPanel", "sh" );
-        return RunWhileWindowWaits( path + ' ' + argument );
+        std::string const commandLine = path + ' ' + argument;
+        return IsCommand( commandLine, { path, argument } ) && RunWhileWindowWaits( commandLine );
     }
     catch ( ... )
     {

@@ -13,3 +13,22 @@ if(SANITIZERS)
     add_compile_options(-fsanitize=${SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${SANITIZERS})
 endif()
+
+# Against faults of memory that become more: addresses at random, tables of addresses read-only from the
+# start, checked stacks and buffers, and no jump to where none is meant to lead.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+add_link_options(-Wl,-z,relro,-z,now)
+foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
+    string(MAKE_C_IDENTIFIER "HAS${flag}" has_flag)
+    check_cxx_compiler_flag(${flag} ${has_flag})
+    if(${has_flag})
+        add_compile_options(${flag})
+    endif()
+endforeach()
+if(NOT SANITIZERS)
+    add_compile_options($<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>
+                        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
+endif()

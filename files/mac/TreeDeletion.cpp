@@ -133,7 +133,8 @@ void Deletion::DeleteContent()
     if ( mWhat == TreeDeletion::OwnContent )
     {
         ItemPlace const item = mWalk.Item();
-        static_cast<void>( fchmodat( item.folder, item.name, S_IRWXU, AT_SYMLINK_NOFOLLOW ) );
+        [[maybe_unused]] int const outcome =
+            fchmodat( item.folder, item.name, S_IRWXU, AT_SYMLINK_NOFOLLOW );
     }
     mWalk.Enter();
 }

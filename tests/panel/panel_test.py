@@ -5,6 +5,7 @@ read and pressed through the accessibility bus."""
 
 import os
 import pathlib
+import shlex
 import shutil
 import subprocess
 import sys
@@ -15,9 +16,8 @@ import unittest
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
 sys.path.insert(0, str(SCRIPTS))
 
+from panel_input import Input, xdotool  # noqa: E402
 from panel_session import Atspi, Desktop, Panel, wait_for  # noqa: E402
-from Xlib import X, display as xdisplay  # noqa: E402
-from Xlib.protocol import event as xevent  # noqa: E402
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 NAME = "WUXAgentControlPanel"
@@ -43,10 +43,6 @@ def end(process):
     process.wait()
 
 
-def xdotool(*arguments):
-    return subprocess.check_output(["xdotool", *arguments], text=True)
-
-
 class PanelTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -70,6 +66,7 @@ class PanelTest(unittest.TestCase):
     def open(self, language="C.UTF-8"):
         self.panel = Panel([self.executable], env=dict(os.environ, LANG=language, LANGUAGE="",
                                                        LC_ALL=language))
+        self.input = Input(self.panel)
         self.addCleanup(end, self.panel.process)
 
     def calls(self):
@@ -158,6 +155,25 @@ class PanelTest(unittest.TestCase):
         self.panel.wait_for_field("Status", "Running")
         self.expect_running(pid)
 
+    def test_nothing_runs_where_the_path_breaks_the_command_line(self):
+        self.install_bundle_and_recording_panel()
+        self.go.touch()
+        for number, name in enumerate(("a b", "'a'", "a;b", "$(a)", "a\nb")):
+            with self.subTest(name):
+                place = self.folder / str(number) / name
+                for folder in ("bin", "share"):
+                    shutil.copytree(self.folder / folder, place / folder)
+                # What the words would name instead is there too.
+                decoy = pathlib.Path(shlex.split(str(place / SCRIPT))[0])
+                decoy.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(self.script, decoy)
+                self.executable = place / "bin" / NAME
+                self.open()
+                self.panel.press("Start Agent")
+                time.sleep(0.5)
+                self.expect_stopped()
+                self.assertEqual((self.calls(), self.panel.close()), ([], 0))
+
     def test_missing_script_leaves_the_real_state(self):
         self.install_bundle_and_recording_panel()
         self.script.unlink()
@@ -172,13 +188,10 @@ class PanelTest(unittest.TestCase):
         self.start_agent()
         self.open()
         self.press_and_wait("Restart Agent", "Restarting", ["-restart"])
-        for title in ("Stop Agent", "Restart Agent", "Close"):
-            self.panel.press(title)
-            self.click(title)
-        self.press_keys("Escape", "space", "Tab", "space", "Return")
-        self.ask_to_close()
+        for way in Input.WAYS:
+            way(self.input)
         time.sleep(0.3)
-        self.panel.press("Stop Agent")  # Its click would end after the command has ended.
+        self.input.press_all()  # Its click would end after the command has ended.
         self.go.touch()
         self.panel.wait_for_field("Status", "Running")
         time.sleep(0.5)
@@ -187,7 +200,7 @@ class PanelTest(unittest.TestCase):
         # And the window is as alive as before, but two clicks in one go are one command.
         for times in range(1, 5):
             self.assertEqual(self.calls(), ["-restart"] + ["-stop"] * (times - 1))
-            self.click("Stop Agent", repeat=2)
+            self.input.click("Stop Agent", repeat=2)
             wait_for("the next command", lambda: len(self.calls()) > times)
             self.panel.wait_for_field("Status", "Running")
             time.sleep(0.3)
@@ -202,7 +215,7 @@ class PanelTest(unittest.TestCase):
         time.sleep(0.3)
         during = self.picture()
         self.assertTrue(before != during, "the transitional text is painted")
-        window = self.x_window()
+        window = self.input.window()
         xdotool("windowunmap", "--sync", window)
         self.assertTrue(self.picture() != during, "the window is hidden")
         xdotool("windowmap", "--sync", window)
@@ -212,7 +225,7 @@ class PanelTest(unittest.TestCase):
     # Closing, texts and the keyboard.
 
     def test_escape_and_the_frame_close_with_status_0(self):
-        for way in (lambda: self.press_keys("Escape"), self.ask_to_close):
+        for way in (lambda: self.input.press_keys("Escape"), lambda: self.input.ask_to_close()):
             self.open()
             way()
             self.assertEqual(self.panel.wait_for_end(), 0)
@@ -238,34 +251,11 @@ class PanelTest(unittest.TestCase):
         self.open()
         order = ["Status", "Installed location", "Version", "PID", *self.panel.buttons()]
         for name in order:
-            self.press_keys("Tab")
+            self.input.press_keys("Tab")
             time.sleep(0.1)
             self.assertEqual(name, next(
                 node.get_name() for node in self.panel._descendants()
                 if node.get_state_set().contains(Atspi.StateType.FOCUSED)))
-
-    # Ways to the window that do not go through the accessibility bus.
-
-    def x_window(self):
-        return xdotool("search", "--sync", "--onlyvisible", "--name", "WUXAgent Control Panel").split()[0]
-
-    def press_keys(self, *keys):
-        xdotool("windowfocus", "--sync", self.x_window())
-        xdotool("key", *keys)
-
-    def click(self, title, repeat=1):
-        box = Atspi.Component.get_extents(self.panel.button(title), Atspi.CoordType.SCREEN)
-        xdotool("mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2),
-                "click", "--repeat", str(repeat), "--delay", "0", "1")
-
-    def ask_to_close(self):
-        server = xdisplay.Display()
-        window = server.create_resource_object("window", int(self.x_window()))
-        window.send_event(xevent.ClientMessage(
-            window=window, client_type=server.intern_atom("WM_PROTOCOLS"),
-            data=(32, [server.intern_atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])))
-        server.sync()  # Closing alone may lose it.
-        server.close()
 
     def picture(self):
         path = self.folder / "picture.png"

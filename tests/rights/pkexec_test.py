@@ -1,38 +1,20 @@
 """pkexec_test.py BUILD RUN_WITH_RIGHTS: commands with administrator rights, as an ordinary user
-gives them: to the program and to the installed panel, authenticated for real, on a real agent."""
+gives them to a program and to pkexec itself, authenticated for real, on a real agent."""
 
 import os
 import pathlib
+import resource
+import shutil
+import signal
 import subprocess
-import sys
 
 import world
-
-sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "scripts"))
-from panel_session import Desktop, Panel, wait_for  # noqa: E402
+from world import agents, check, check_fate
 
 GRANT, CANCEL, WRONG, NO_AGENT = world.PASSWORD, "", "wrong", None
-PREFIX = "org.wuxagent.controlpanel."
-MESSAGE = "Authentication is required to {} the WUXAgent management agent"
 GERMAN = "Zum Anhalten des Verwaltungsagenten WUXAgent müssen Sie sich ausweisen"
-GENERIC = "Authentication is needed to run `{}' as the super user"
-START, STOP, RESTART = ((PREFIX + verb, MESSAGE.format(verb), "True")
-                        for verb in ("start", "stop", "restart"))
-# What becomes of the agent, by the users and PIDs of the agents before and after.
-FATES = {"none": lambda before, after: not after,
-         "the same": lambda before, after: after == before != [],
-         "another": lambda before, after: (after[:1], len(after)) == (["root"], 2)
-         and after != before}
-
-
-def agents():
-    return subprocess.run(["ps", "-C", "WUXAgent", "-o", "user=,pid="], stdout=subprocess.PIPE,
-                          text=True).stdout.split()
-
-
-def check(what, got, expected):
-    if got != expected:
-        sys.exit(f"FAILED: {what}:\n     got {got}\nexpected {expected}")
+GENERAL = "Authentication is needed to run `{}' as the super user"
+START, STOP, RESTART = map(world.prompt, ("start", "stop", "restart"))
 
 
 def attempt(command_line, answer, locale):
@@ -48,40 +30,67 @@ def attempt(command_line, answer, locale):
 
 
 def check_program(script):
-    generic = ("org.freedesktop.policykit.exec", GENERIC.format(script), "True")
+    copy, link = world.OWN / "copy.sh", world.OWN / "link.sh"
+    shutil.copy(script, copy)
+    link.symlink_to(script)
+
+    def general(path):
+        return ("org.freedesktop.policykit.exec", GENERAL.format(path), "True")
     for name, arguments, answer, *expected, fate in (
-            ("wrong password", " -start", WRONG, "false", [START], "none"),
-            ("start granted", " -start", GRANT, "true", [START], "another"),
-            ("restart granted", " -restart", GRANT, "true", [RESTART], "another"),
-            ("in German", " -stop", CANCEL, "false", [(STOP[0], GERMAN, "True")], "the same"),
-            ("no agent", " -stop", NO_AGENT, "false", [], "the same"),
-            ("missing script", ".missing -stop", GRANT, "false", [], "the same"),
-            ("failing script", " -status", GRANT, "false", [generic], "the same"),
-            ("stop granted", " -stop", GRANT, "true", [STOP], "none")):
+            ("wrong password", f"{script} -start", WRONG, "false", [START], "none"),
+            ("start granted", f"{script} -start", GRANT, "true", [START], "another"),
+            ("restart granted", f"{script} -restart", GRANT, "true", [RESTART], "another"),
+            ("in German", f"{script} -stop", CANCEL, "false", [(STOP[0], GERMAN, "True")],
+             "the same"),
+            ("no agent", f"{script} -stop", NO_AGENT, "false", [], "the same"),
+            ("missing script", f"{script}.missing -stop", GRANT, "false", [], "the same"),
+            ("failing script", f"{script} -status", GRANT, "false", [general(script)], "the same"),
+            # A script that its user can write does not get the panel's words.
+            ("user's own copy", f"{copy} -stop", CANCEL, "false", [general(copy)], "the same"),
+            ("user's own link", f"{link} -stop", CANCEL, "false", [general(link)], "the same"),
+            ("stop granted", f"{script} -stop", GRANT, "true", [STOP], "none")):
         before = agents()
         locale = "de_DE.UTF-8" if name == "in German" else "C"
-        check(name, attempt(f"{script}{arguments}", answer, locale), tuple(expected))
-        check(f"{name}: {before}, {agents()}, {fate}", FATES[fate](before, agents()), True)
+        check(name, attempt(arguments, answer, locale), tuple(expected))
+        check_fate(name, before, fate)
 
 
-def check_panel(program):
-    # tests/panel looks for leaks, where it can say which are the toolkit's.
-    panel = Panel([program], env=dict(os.environ, ASAN_OPTIONS="detect_leaks=0"))
-    for title, answer, prompt, status, fate in (
-            ("Start Agent", GRANT, START, "Running", "another"),
-            ("Stop Agent", CANCEL, STOP, "Running", "the same"),
-            ("Stop Agent", GRANT, STOP, "Not running", "none")):
-        before = agents()
-        prompts = world.Prompts(panel.process.pid)
-        panel.press(title)
-        wait_for("the prompt", prompts.seen)
-        check("agents during the prompt", agents(), before)
-        panel.press("Close")  # Its click would end after the prompt has.
-        prompts.answer(answer)
-        panel.wait_for_field("Status", status)
-        check(title, prompts.end(), [prompt])
-        check(f"{title}: {before}, {agents()}, {fate}", FATES[fate](before, agents()), True)
-    check("the panel's status", panel.close(), 0)
+def soil():
+    """What a process passes on to pkexec."""
+    signal.signal(signal.SIGTERM, signal.SIG_IGN)
+    signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGUSR1})
+    resource.setrlimit(resource.RLIMIT_NOFILE, (32, 4096))
+    os.umask(0)
+
+
+def check_hostile_caller(script):
+    """A user who calls pkexec by hand, with traps wherever a shell or a program would look."""
+    trap, sprung = world.OWN / "trap", world.OWN / "sprung"
+    trap.mkdir()
+    for name in ("sh", "bash", "env", "id", "readlink", "flock", "setsid", "prlimit", "sleep", "start-up"):
+        (trap / name).write_text(f"#!/bin/sh\n: >{sprung}\n")
+        (trap / name).chmod(0o755)
+    environment = {
+        "PATH": trap, "ENV": trap / "start-up", "BASH_ENV": trap / "start-up", "IFS": "/",
+        "PS4": f"$(: >{sprung})", "SHELLOPTS": "xtrace", "LD_PRELOAD": trap / "sh",
+        "LD_LIBRARY_PATH": trap, "GCONV_PATH": trap, "BASH_FUNC_exec%%": f"() {{ : >{sprung}; }}",
+        "WUXAGENT_ENVIRONMENT": "clean"}
+    before, prompts = agents(), world.Prompts(os.getpid())
+    prompts.answer(GRANT)
+    with (trap / "inherited").open("w") as inherited:
+        process = subprocess.Popen(["/usr/bin/pkexec", "--disable-internal-agent", script, "-start"],
+                                   env=environment, cwd=trap, preexec_fn=soil,
+                                   pass_fds=[inherited.fileno()])
+    check("hostile caller", (process.wait(60), prompts.end()), (0, [START]))
+    check_fate("hostile caller", before, "another")
+    check("trap sprung", sprung.exists(), False)
+    found = "".join(pathlib.Path(f"/proc/{agents()[1]}/{file}").read_text()
+                    for file in ("status", "limits"))
+    for line in ("Umask: 0022", "SigBlk: 0000000000000000", "SigIgn: 0000000000000000",
+                 "Max open files 1024"):
+        check(f"{line} in {found}", line in " ".join(found.split()), True)
+    check("stop afterwards", attempt(f"{script} -stop", GRANT, "C"), ("true", [STOP]))
+    check_fate("stop afterwards", [], "none")
 
 
 def main(build, program):
@@ -89,8 +98,7 @@ def main(build, program):
     for path in (script, *script.parents):
         check(f"{path} is root's alone", (path.stat().st_uid, path.stat().st_mode & 0o022), (0, 0))
     check_program(script)
-    with Desktop():
-        check_panel(script.parents[2] / "bin/WUXAgentControlPanel")
+    check_hostile_caller(script)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 """prompts.py USER PID LOCALE LOG ANSWER: the user's authentication agent for one process.
 
-Notes each prompt in LOG: action, message, and whether several users may answer it.
+Notes each prompt in LOG: action, message, and whether several users may answer it; and its withdrawal.
 Each waits for a file ANSWER of its own, which holds a password, or nothing to dismiss the prompt."""
 
 import pathlib
@@ -41,6 +41,11 @@ class Agent(dbus.service.Object):
             return False
 
         GLib.timeout_add(20, look)
+
+    @dbus.service.method(AGENT, in_signature="s")
+    def CancelAuthentication(self, _cookie):
+        with LOG.open("a") as log:
+            log.write("withdrawn\n")
 
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)

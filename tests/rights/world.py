@@ -28,8 +28,37 @@ def mount(*arguments):
         skip(f"this machine does not mount {arguments[-1]}")
 
 
-def enter(build, program):
-    """Makes the world of the panel built in `build`, with `program` in /usr/bin, goes there and
+def prompt(verb):
+    """What a prompt for one of the script's verbs shows (see Prompts.seen)."""
+    return (f"org.wuxagent.controlpanel.{verb}",
+            f"Authentication is required to {verb} the WUXAgent management agent", "True")
+
+
+def agents():
+    """User and PID of each agent, in one list."""
+    return subprocess.run(["ps", "-C", "WUXAgent", "-o", "user=,pid="], stdout=subprocess.PIPE,
+                          text=True).stdout.split()
+
+
+# What becomes of the agent, by the agents before and after.
+FATES = {"none": lambda before, after: not after,
+         "the same": lambda before, after: after == before,
+         "another": lambda before, after: (after[:1], len(after)) == (["root"], 2)
+         and after != before}
+
+
+def check(what, got, expected):
+    if got != expected:
+        sys.exit(f"FAILED: {what}:\n     got {got}\nexpected {expected}")
+
+
+def check_fate(what, before, fate):
+    after = agents()
+    check(f"{what}: {before}, {after}, {fate}", FATES[fate](before, after), True)
+
+
+def enter(build, *programs):
+    """Makes the world of the panel built in `build`, with `programs` in /usr/bin, goes there and
     becomes the user. Returns the helper script's path, which the policy names."""
     mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
     root = pathlib.Path("/run/root")
@@ -46,7 +75,8 @@ def enter(build, program):
     bundle = root / "Library/WUXAgent/WUXAgent.app"
     shutil.copytree(f"{build}/sample/WUXAgent.app", bundle)
     subprocess.run(["chown", "-R", "root:root", bundle.parent], check=True)
-    shutil.copy(program, root / "usr/bin")
+    for program in programs:
+        shutil.copy(program, root / "usr/bin")
 
     os.chroot(root)
     os.chdir("/")
@@ -89,7 +119,8 @@ class Prompts:
         new.rename(self.answers)
 
     def seen(self):
-        """Action, message, and whether several users may answer, of each prompt."""
+        """Action, message, and whether several users may answer, of each prompt; "withdrawn" for
+        one that was."""
         return [tuple(line.split("\t")) for line in self.log.read_text().splitlines()]
 
     def end(self):
@@ -108,4 +139,4 @@ def run(main):
         skip("this machine makes no namespaces")
     # The shell is the first process there: it waits for daemons, and is nobody's pkexec's parent.
     os.execvp("unshare", [*NAMESPACES, "sh", "-c", '"$@"; exit $?', "sh", sys.executable,
-                          os.path.abspath(sys.argv[0]), "inside", *map(os.path.abspath, sys.argv[1:])])
+                          os.path.abspath(sys.argv[0]), "inside", *sys.argv[1:]])

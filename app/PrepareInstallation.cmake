@@ -1,0 +1,22 @@
+# The first step of an installation: refuses what could not work, and makes the `folders` below the
+# prefix that are not there yet, which all users may read and only their owner change, whatever the umask.
+
+# Neither the panel's command line nor the policy quotes the script's path.
+if(NOT CMAKE_INSTALL_PREFIX MATCHES "^[-A-Za-z0-9_./+:@,=%]+$")
+    message(FATAL_ERROR "The prefix has characters that need quotes: ${CMAKE_INSTALL_PREFIX}")
+endif()
+
+function(make_folder path)
+    if(NOT IS_DIRECTORY "${path}")
+        get_filename_component(parent "${path}" DIRECTORY)
+        make_folder("${parent}")
+        file(MAKE_DIRECTORY "${path}")
+        file(CHMOD "${path}" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                                         WORLD_READ WORLD_EXECUTE)
+    endif()
+endfunction()
+
+get_filename_component(prefix "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}" ABSOLUTE)
+foreach(folder IN LISTS folders)
+    make_folder("${prefix}/${folder}")
+endforeach()

@@ -1,0 +1,73 @@
+"""installation_test.py BUILD: what an installation puts where, whose it is and who may write it,
+whatever the umask; the script that the policy names; and the prefixes that are refused."""
+
+import os
+import pathlib
+import re
+import stat
+import subprocess
+import sys
+import tempfile
+
+BUILD = sys.argv[1]
+NAME = "WUXAgentControlPanel"
+OWN = f"share/{NAME}"
+POLICY = "share/polkit-1/actions/org.wuxagent.controlpanel.policy"
+FOLDERS = ("usr", "usr/bin", "usr/share", "usr/share/applications", f"usr/{OWN}",
+           f"usr/{OWN}/translations", "usr/share/polkit-1", "usr/share/polkit-1/actions")
+FILES = {f"usr/bin/{NAME}": 0o755, f"usr/{OWN}/{NAME}.sh": 0o755, f"usr/{OWN}/Info.plist": 0o644,
+         f"usr/{OWN}/translations/{NAME}_de.qm": 0o644, f"usr/{POLICY}": 0o644,
+         f"usr/share/applications/{NAME}.desktop": 0o644}
+EXPECTED = {**{folder: stat.S_IFDIR | 0o755 for folder in FOLDERS},
+            **{file: stat.S_IFREG | mode for file, mode in FILES.items()}}
+REFUSED = ("My Panel", "it's", 'a"b', "$(touch made)", "`touch made`", "a;b", "a\nb", "a&b", "<a>",
+           "a\\b", "#a", "~a")
+
+
+def check(what, got, expected):
+    if got != expected:
+        sys.exit(f"FAILED: {what}:\n     got {got}\nexpected {expected}")
+
+
+def install(prefix, destination=None, umask=0o022):
+    """Whether it succeeds."""
+    environment = {key: value for key, value in os.environ.items() if key != "DESTDIR"}
+    if destination:
+        environment["DESTDIR"] = str(destination)
+    return subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], env=environment,
+                          umask=umask, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL).returncode == 0
+
+
+def installed(folder):
+    """Each item's kind and mode by its path, and the owners of all."""
+    items = {str(path.relative_to(folder)): path.lstat() for path in folder.rglob("*")}
+    return ({path: item.st_mode for path, item in items.items()},
+            {(item.st_uid, item.st_gid) for item in items.values()})
+
+
+def scripts(policy):
+    return set(re.findall(r"exec\.path\">(.*)</annotate>", policy.read_text()))
+
+
+with tempfile.TemporaryDirectory() as folder:
+    top = pathlib.Path(folder).resolve()
+    for umask in (0o022, 0o077, 0o000):
+        root = top / f"root{umask}"
+        root.mkdir(mode=0o755)
+        check("installs", install("/usr", root, umask), True)
+        modes, owners = installed(root)
+        check(f"items under umask {umask:03o}", modes, EXPECTED)
+        check("owner and group", owners, {(os.geteuid(), os.getegid())})
+        check("script", scripts(root / "usr" / POLICY), {f"/usr/{OWN}/{NAME}.sh"})
+
+    (top / "link").symlink_to(top / "real")
+    for prefix in (top / "real", top / "link", f"{top}/real/..//real/."):
+        check("installs", install(prefix), True)
+        check("script without a link", scripts(top / "real" / POLICY), {f"{top}/real/{OWN}/{NAME}.sh"})
+    for name in REFUSED:
+        check(f"refuses {name!r}", install(top / name), False)
+        check(f"leaves nothing of {name!r}", (top / name).exists(), False)
+    check("nothing was carried out", sorted(path.name for path in top.iterdir()),
+          ["link", "real", "root0", "root18", "root63"])
+print(f"all checks passed, as user {os.geteuid()}")
