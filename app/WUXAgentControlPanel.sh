@@ -21,14 +21,16 @@ cd / || exit 1
 exec 3>&- 4>&- 5>&- 6>&- 7>&- 8>&- 9>&-
 
 short_name=WUXAgent
-bundle=/Library/WUXAgent/WUXAgent.app
-executable=${bundle}/Contents/MacOS/WUXAgent
+place=/Library/WUXAgent # root's alone
+in_bundle=Contents/MacOS/WUXAgent
+executable=${place}/WUXAgent.app/${in_bundle}
 unit=wuxagent.service
 lock=/run/WUXAgentControlPanel.lock # /run is root's alone, /run/lock is everybody's
 lock_seconds=40
 tick=0.1 # seconds; the numbers of ticks below are tenths of a second
 term_ticks=100
 kill_ticks=20
+reaping_ticks=20
 start_ticks=50
 
 Complain() {
@@ -62,8 +64,11 @@ IsAgent() {
     ReadLine "/proc/$1/comm" && [ "${line}" = "${short_name}" ] || return 1
     OwnedByRoot "$1" || return 1 # before anything that costs a process: anybody can start many
     link=$(readlink "/proc/$1/exe") || return 1
-    # The link of a program that an upgrade has replaced ends so.
-    [ "${link% (deleted)}" = "${executable}" ] || return 1
+    # An upgrade may have deleted the running program's file, or moved its bundle aside.
+    case ${link% (deleted)} in
+    "${place}"/*/"${in_bundle}") ;;
+    *) return 1 ;;
+    esac
     space=$(readlink "/proc/$1/ns/pid") || return 1
     [ "${space}" = "${own_space}" ]
 }
@@ -83,17 +88,39 @@ Systemctl() {
     systemctl "$@" 9>&-
 }
 
-# UnitExists: whether there is one, be it masked or broken; its load state in $state.
+# LookUpUnit: the unit's load state in $state, not-found without systemd. A service manager that does
+# not answer is not taken for one without the unit: it may yet start a second agent.
+LookUpUnit() {
+    state=not-found
+    [ -d /run/systemd/system ] || return 0
+    state=$(Systemctl show --property=LoadState --value "${unit}")
+    if [ -z "${state}" ]; then
+        Complain "the service manager does not answer"
+        return 1
+    fi
+}
+
+# UnitExists: whether there is one, be it masked or broken.
 UnitExists() {
-    [ -d /run/systemd/system ] || return 1
-    state=$(Systemctl show --property=LoadState --value "${unit}" 2>/dev/null) || return 1
-    [ -n "${state}" ] && [ "${state}" != not-found ]
+    [ "${state}" != not-found ]
+}
+
+UnitIsAtRest() {
+    activity=$(Systemctl is-active "${unit}")
+    [ "${activity}" = inactive ] || [ "${activity}" = failed ]
 }
 
 # AgentRuns: a unit may run it as another user than root, where only the service manager knows it.
 AgentRuns() {
     FindAgents
     [ -n "${agents}" ] || { UnitExists && Systemctl is-active --quiet "${unit}"; }
+}
+
+# Tick: waits for one of the $ticks that are left; fails if none is.
+Tick() {
+    [ "${ticks}" -gt 0 ] || return 1
+    ticks=$((ticks - 1))
+    sleep "${tick}"
 }
 
 # StillListed PID...: whether any is in the process table by the agent's short name, as a zombie too.
@@ -107,43 +134,41 @@ StillListed() {
     return 1
 }
 
-# WaitUntilGone TICKS PID...: fails if one of them is still listed after that time.
-WaitUntilGone() {
-    ticks=$1
-    shift
-    while StillListed "$@"; do
-        [ "${ticks}" -gt 0 ] || return 1
-        ticks=$((ticks - 1))
-        sleep "${tick}"
-    done
+# WaitUntilReaped PID...: whoever started an agent may take time to notice its end.
+WaitUntilReaped() {
+    ticks=${reaping_ticks}
+    while StillListed "$@" && Tick; do :; done
 }
 
-# Signal NAME PID...: sends it to those that are agents now.
-Signal() {
-    signal=$1
-    shift
-    for pid in "$@"; do
-        if IsAgent "${pid}"; then
-            kill -s "${signal}" "${pid}" 2>/dev/null || :
-        fi
+# EndAgents SIGNAL TICKS: sends it to all agents, then to those that these forked on their way out;
+# wakes those that are stopped. Adds their PIDs to $ended. Fails if one is at work after that time.
+EndAgents() {
+    ticks=$2
+    while FindAgents && [ -n "${agents}" ]; do
+        ended="${ended}${agents}"
+        for pid in ${agents}; do
+            if IsAgent "${pid}"; then
+                { kill -s "$1" "${pid}" && kill -s CONT "${pid}"; } 2>/dev/null || :
+            fi
+        done
+        for pid in ${agents}; do
+            while IsAgent "${pid}" && Tick; do :; done
+        done
+        Tick || return 1 # a round that cost no time counts as well
     done
 }
 
 StopAgent() {
-    if UnitExists && ! Systemctl stop "${unit}"; then
-        Complain "the service manager did not stop ${unit}"
+    # The service manager knows no unit that is broken and at rest.
+    if UnitExists && ! said=$(Systemctl stop "${unit}" 2>&1) && ! UnitIsAtRest; then
+        Complain "the service manager did not stop ${unit}: ${said}"
         return 1
     fi
     # Without a unit this is all; with one, agents that were started before there was one.
-    FindAgents
+    ended=
+    EndAgents TERM "${term_ticks}" || EndAgents KILL "${kill_ticks}" || :
     # shellcheck disable=SC2086 # a list of numbers
-    set -- ${agents}
-    [ "$#" -gt 0 ] || return 0
-    Signal TERM "$@"
-    if ! WaitUntilGone "${term_ticks}" "$@"; then
-        Signal KILL "$@"
-        WaitUntilGone "${kill_ticks}" "$@" || :
-    fi
+    WaitUntilReaped ${ended}
     if AgentRuns; then
         Complain "the agent does not end:${agents}"
         return 1
@@ -183,17 +208,19 @@ BundleIsTrusted() {
 }
 
 # DefaultLimits: what a daemon finds when the system starts it, as far as this process may have it.
+# The script's own work needs them as well.
 DefaultLimits() {
     for limit in core=0 cpu=unlimited data=unlimited fsize=unlimited as=unlimited stack=8388608 \
         nofile=1024; do
         prlimit --pid "$$" "--${limit}:" 2>/dev/null ||
             prlimit --pid "$$" "--${limit}" 2>/dev/null || :
     done
+    renice -n 0 -p "$$" >/dev/null 2>&1 || :
+    { echo 0 >/proc/self/oom_score_adj; } 2>/dev/null || :
 }
 
 # LaunchExecutable: starts the agent on its own; its PID in $launched.
 LaunchExecutable() {
-    DefaultLimits
     /usr/bin/env -i --default-signal PATH="${PATH}" setsid "${executable}" \
         </dev/null >/dev/null 2>&1 9>&- &
     launched=$!
@@ -205,8 +232,7 @@ HasEnded() {
         ! readlink "/proc/${launched}/exe" >/dev/null
         return
     fi
-    activity=$(Systemctl is-active "${unit}")
-    [ "${activity}" = inactive ] || [ "${activity}" = failed ]
+    UnitIsAtRest
 }
 
 StartAgent() {
@@ -230,12 +256,10 @@ StartAgent() {
             Complain "the agent ended at once"
             return 1
         fi
-        if [ "${ticks}" -eq 0 ]; then
+        if ! Tick; then
             Complain "the agent has not come up"
             return 1
         fi
-        ticks=$((ticks - 1))
-        sleep "${tick}"
     done
     sleep 0.5
     if ! AgentRuns; then
@@ -252,6 +276,7 @@ RestartAgent() {
         Complain "${unit} is ${state}: not restarted"
         return 1
     fi
+    trap '' HUP INT TERM # once it stops the agent, it starts it again
     StopAgent && StartAgent
 }
 
@@ -284,7 +309,9 @@ own_space=$(readlink /proc/self/ns/pid) || {
     Complain "/proc is not there"
     exit 1
 }
+DefaultLimits
 TakeLock || exit 1
+LookUpUnit || exit 1
 case $1 in
 -start) StartAgent ;;
 -stop) StopAgent ;;
