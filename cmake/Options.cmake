@@ -32,3 +32,8 @@ if(NOT SANITIZERS)
     add_compile_options($<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>
                         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
 endif()
+
+option(FUZZING "Build the fuzz targets for searching (clang only)" OFF)
+if(FUZZING)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

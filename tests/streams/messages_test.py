@@ -19,6 +19,7 @@ import subprocess
 import sys
 import tempfile
 
+PROGRAM = sys.argv[-1]
 MAILS = "/usr/lib/python3*/test/test_email/data/msg_*.txt"
 
 # What is wanted otherwise: why, and what Python's first line and fields become by it, in this order.
@@ -56,7 +57,7 @@ def parse_http(raw):
 
 
 def run(*arguments, status=0, stdout=subprocess.PIPE):
-    done = subprocess.run([sys.argv[1], *arguments], stdout=stdout, stderr=subprocess.PIPE,
+    done = subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE,
                           text=True, errors="replace", check=False)
     assert done.returncode == status and done.stderr.count("\n") == (status != 0), done
     assert status == 0 or not done.stdout, done

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "foundation/MakeString.h"
+#include "foundation/ConstData.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 /// What recording receivers write down, each event after a "|". A text that follows a text of the
@@ -21,29 +22,37 @@ class EventLog
         return std::exchange( mEvents, "" );
     }
 
-    void Add( std::string const& event )
+    /// An event of some texts and numbers, one behind the other.
+    template<typename... Parts>
+    void Add( Parts const&... parts )
     {
         if ( mCount == throwAfter )
             throw 7;
         ++mCount;
-        mEvents += "|" + event;
+        mEvents += '|';
+        ( Append( parts ), ... );
         mLastIsText = false;
     }
 
-    void Add( std::string const& event, unsigned long long position )
-    {
-        Add( event + std::to_string( position ) );
-    }
-
-    void AddText( std::string const& kind, ConstData text )
+    template<typename... Parts>
+    void AddText( ConstData text, Parts const&... kind )
     {
         if ( inPieces || !mLastIsText )
-            Add( kind );
-        mEvents += MakeString( text );
+            Add( kind... );
+        Append( text );
         mLastIsText = true;
     }
 
   private:
+    void Append( std::string_view text ) { mEvents += text; }
+
+    void Append( ConstData text )
+    {
+        mEvents.append( reinterpret_cast<char const*>( text.begin() ), text.Length() );
+    }
+
+    void Append( unsigned long long number ) { mEvents += std::to_string( number ); }
+
     std::string mEvents;
     std::size_t mCount = 0;
     bool mLastIsText = false;

@@ -12,19 +12,16 @@ class RecordingLineReceiver : public LineReceiver
     {
     }
 
-    void Start( unsigned long long position ) override { mLog.Add( mName + "start ", position ); }
+    void Start( unsigned long long position ) override { mLog.Add( mName, "start ", position ); }
 
-    void Receive( ConstData text ) override { mLog.AddText( mName + "text ", text ); }
+    void Receive( ConstData text ) override { mLog.AddText( text, mName, "text " ); }
 
     void ReceiveLineBreak( Range<unsigned long long> where ) override
     {
-        mLog.Add( mName + "break " + std::to_string( where.first ) + "-", where.last );
+        mLog.Add( mName, "break ", where.first, "-", where.last );
     }
 
-    void ReceiveEnd( unsigned long long position ) override
-    {
-        mLog.Add( mName + "end ", position );
-    }
+    void ReceiveEnd( unsigned long long position ) override { mLog.Add( mName, "end ", position ); }
 
   private:
     EventLog& mLog;

@@ -19,7 +19,7 @@ class RecordingMessageReceiver : public MessageReceiver
 
     DataReceiver& ReceiveField( Position position, ConstData name ) override
     {
-        mLog.Add( "field " + std::to_string( position ) + " " + MakeString( name ) );
+        mLog.Add( "field ", position, " ", name );
         return mValue;
     }
 
@@ -42,7 +42,7 @@ class RecordingMessageReceiver : public MessageReceiver
 
         void Start() override { mLog.Add( "value start" ); }
 
-        void Receive( ConstData text ) override { mLog.AddText( "value ", text ); }
+        void Receive( ConstData text ) override { mLog.AddText( text, "value " ); }
 
         void ReceiveEnd() override { mLog.Add( "value end" ); }
 
