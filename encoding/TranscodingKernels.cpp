@@ -48,7 +48,7 @@ bool IsAscii( char byte )
 /// The bits by which a form of several bytes is known, in the order in which bytes lie in memory.
 struct Form
 {
-    constexpr Form( std::array<unsigned char, 4> mask, std::array<unsigned char, 4> bits )
+    consteval Form( std::array<unsigned char, 4> mask, std::array<unsigned char, 4> bits )
         : mMask( std::bit_cast<std::uint32_t>( mask ) ),
           mBits( std::bit_cast<std::uint32_t>( bits ) )
     {

@@ -14,8 +14,9 @@ struct Transcoded
     typename To::Unit* out;          ///< where the next unit of output goes
 };
 
-/// Converts characters from the front of [next, end) into the units from `out` on. Stops only once
-/// `out` has reached `limit`, or where the rest of the input does not begin with a whole character.
+/// Converts characters from the front of [next, end) into the units from `out` on. Stops once `out`
+/// has reached `limit`, and else only where the rest of the input does not begin with a whole
+/// character.
 ///
 /// The output may end beyond `limit`; kTranscodingSlack units behind `limit` may be overwritten.
 template<typename To, typename From>

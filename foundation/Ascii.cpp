@@ -11,7 +11,7 @@ using CaseTable = std::array<unsigned char, 256>;
 
 /// The identity, but for the 26 letters that begin at `from`, which become those that begin at
 /// `to`.
-constexpr CaseTable MakeCaseTable( unsigned char from, unsigned char to )
+consteval CaseTable MakeCaseTable( unsigned char from, unsigned char to )
 {
     CaseTable table = {};
     for ( unsigned int c = 0; c < 256; ++c )
@@ -24,7 +24,7 @@ constexpr CaseTable MakeCaseTable( unsigned char from, unsigned char to )
 constexpr CaseTable kUpperCase = MakeCaseTable( 'a', 'A' );
 constexpr CaseTable kLowerCase = MakeCaseTable( 'A', 'a' );
 
-constexpr bool TablesFollowTheRule()
+consteval bool TablesFollowTheRule()
 {
     for ( unsigned int c = 0; c < 256; ++c )
     {
@@ -48,7 +48,7 @@ struct Span
 
 using CharacterSet = std::array<std::uint32_t, 8>;
 
-constexpr CharacterSet MakeSet( std::initializer_list<Span> spans )
+consteval CharacterSet MakeSet( std::initializer_list<Span> spans )
 {
     CharacterSet set = {};
     for ( Span const span : spans )
@@ -57,7 +57,7 @@ constexpr CharacterSet MakeSet( std::initializer_list<Span> spans )
     return set;
 }
 
-constexpr CharacterSet Union( CharacterSet a, CharacterSet b )
+consteval CharacterSet Union( CharacterSet a, CharacterSet b )
 {
     for ( unsigned int word = 0; word < 8; ++word )
         a[word] |= b[word];

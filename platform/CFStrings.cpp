@@ -33,7 +33,8 @@ std::string MakeString( CFStringRef string, CFStringEncoding encoding, unsigned 
     if ( !text.empty() )
     {
         CFStringGetBytes( string, whole, encoding, lossByte, false,
-            reinterpret_cast<UInt8*>( text.data() ), length, nullptr );
+            reinterpret_cast<UInt8*>( text.data() ), length, &length );
+        text.resize( static_cast<std::size_t>( length ) );
     }
     return text;
 }

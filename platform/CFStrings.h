@@ -11,6 +11,7 @@
 
 /// The text of `string` in `encoding`, up to the first character that the encoding lacks, or, if
 /// `lossByte` is not 0, with that byte for each UTF-16 unit of such a character.
+/// Empty when the platform has no memory for the conversion (see CFStringGetBytes).
 std::string MakeString( CFStringRef string, CFStringEncoding encoding, unsigned char lossByte );
 
 /// These make a string of a text. All throw CFStringCreateError when it is not valid in its

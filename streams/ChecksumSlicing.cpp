@@ -16,7 +16,7 @@ constexpr std::size_t kSlices = 16;
 using Slices = std::array<std::array<std::uint32_t, 256>, kSlices>;
 
 // Entry b of slice s is what the byte b with s zero bytes behind it makes of a register of zero.
-constexpr Slices MakeSlices()
+consteval Slices MakeSlices()
 {
     Slices slices{};
     for ( std::uint32_t byte = 0; byte < 256; ++byte )

@@ -83,17 +83,17 @@ struct Block
 [[gnu::target( "avx512bw,avx512vbmi2,avx512cd" )]] __m512i Decode( __m512i characters )
 {
     // Both are looked up by the number of one bits at the front of the lead byte.
-    __m512i const shifts = _mm512_setr_epi32( 18, 0, 12, 6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 );
-    __m512i const masks =
-        _mm512_setr_epi32( 0x7F, 0, 0x7FF, 0xFFFF, 0x1FFFFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 );
+    static constexpr std::int32_t kShifts[16] = { 18, 0, 12, 6, 0 };
+    static constexpr std::int32_t kMasks[16] = { 0x7F, 0, 0x7FF, 0xFFFF, 0x1FFFFF };
     __m512i const inverted = _mm512_xor_si512( characters, _mm512_set1_epi32( -1 ) );
     __m512i const ones = _mm512_lzcnt_epi32( inverted );
     __m512i const groups =
         _mm512_and_si512( characters, _mm512_set1_epi32( static_cast<int>( 0xFF3F3F3F ) ) );
     __m512i const pairs = _mm512_maddubs_epi16( groups, _mm512_set1_epi16( 1 << 14 | 1 ) );
     __m512i const bits = _mm512_madd_epi16( pairs, _mm512_set1_epi32( 1 << 28 | 1 ) );
-    return _mm512_and_si512( _mm512_srlv_epi32( bits, _mm512_permutexvar_epi32( ones, shifts ) ),
-        _mm512_permutexvar_epi32( ones, masks ) );
+    __m512i const shifts = _mm512_permutexvar_epi32( ones, _mm512_loadu_si512( kShifts ) );
+    __m512i const masks = _mm512_permutexvar_epi32( ones, _mm512_loadu_si512( kMasks ) );
+    return _mm512_and_si512( _mm512_srlv_epi32( bits, shifts ), masks );
 }
 
 /// Puts the `count` characters that begin at `starts`.

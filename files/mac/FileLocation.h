@@ -18,6 +18,9 @@ constexpr unsigned kPathBufferSize = 1024;
 /// The URL is the whole identity. Without one it is the empty location, a normal value that
 /// designates nothing. A symbolic link is an item of its own and is not followed.
 ///
+/// The platform's calls do not say why they give nothing: lack of memory may count as a path that
+/// cannot be had, and as an item that cannot be reached.
+///
 /// A location remembers its path once it was asked for, and so do its copies. Filling that cache
 /// makes const use of one location by two threads at once unsafe; give each its own copy.
 class FileLocation

@@ -1,14 +1,16 @@
 #include <CoreFoundation/CFBundle.h>
 
-#include <CoreFoundation/CFPropertyList.h>
-#include <CoreFoundation/CFURLAccess.h>
-
+#include "linux/CoreFoundation/CFDictionaryObject.h"
 #include "linux/CoreFoundation/CFURLObject.h"
+#include "linux/CoreFoundation/PropertyListReader.h"
+#include "linux/CoreFoundation/RegularFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <clocale>
 #include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -21,36 +23,35 @@ namespace
 
 using OwnedReference = Owned<CFObject const>;
 
-OwnedReference Adopt( CFTypeRef reference )
-{
-    return OwnedReference( static_cast<CFObject const*>( reference ) );
-}
-
-// The dictionary in an XML property list of a bundle's folder; null when there is none.
+// The dictionary in an XML property list of a bundle's folder; null when there is none. Throws
+// std::bad_alloc.
 OwnedReference ReadDictionary( std::string const& folder, std::string const& name )
 {
     if ( folder.empty() )
     {
         return nullptr;
     }
-    CFURLRef const url = CreateFileURL( folder + name, false );
-    OwnedReference const urlOwner = Adopt( url );
-    CFDataRef data = nullptr;
-    if ( !CFURLCreateDataAndPropertiesFromResource(
-             kCFAllocatorDefault, url, &data, nullptr, nullptr, nullptr ) )
+    std::vector<UInt8> bytes;
+    int const error = ReadRegularFile( folder + name, bytes );
+    if ( error == ENOMEM )
+    {
+        throw std::bad_alloc();
+    }
+    if ( error != 0 )
     {
         return nullptr;
     }
-    OwnedReference const dataOwner = Adopt( data );
-    OwnedReference list = Adopt( CFPropertyListCreateFromXMLData(
-        kCFAllocatorDefault, data, kCFPropertyListImmutable, nullptr ) );
-    return list != nullptr && list->Kind() == CFKind::kDictionary ? std::move( list ) : nullptr;
-}
-
-OwnedReference EmptyDictionary()
-{
-    return Adopt( CFDictionaryCreate( kCFAllocatorDefault, nullptr, nullptr, 0,
-        &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks ) );
+    try
+    {
+        std::string_view const document(
+            reinterpret_cast<char const*>( bytes.data() ), bytes.size() );
+        OwnedReference list = ReadPropertyList( document, CFStringObject::Mutability::kImmutable );
+        return list->Kind() == CFKind::kDictionary ? std::move( list ) : nullptr;
+    }
+    catch ( PropertyListError const& )
+    {
+        return nullptr;
+    }
 }
 
 bool IsLanguageCharacter( char character )
@@ -135,7 +136,7 @@ CFDictionaryRef CFBundleObject::Info()
             mInfo = ReadDictionary( folder, "Info.plist" );
             if ( mInfo == nullptr )
             {
-                mInfo = EmptyDictionary();
+                mInfo.reset( new CFDictionaryObject );
             }
         } );
     return static_cast<CFDictionaryRef>( static_cast<CFTypeRef>( mInfo.get() ) );
@@ -159,9 +160,13 @@ CFDictionaryRef CFBundleObject::LocalInfo()
 
 CFBundleRef CFBundleGetMainBundle( void )
 {
-    static CFBundleRef const bundle =
-        new CFBundleObject( MainBundleFolder(), CFObject::Lifetime::kConstant );
-    return bundle;
+    return NullIfThrown(
+        []
+        {
+            static CFBundleRef const bundle =
+                new CFBundleObject( MainBundleFolder(), CFObject::Lifetime::kConstant );
+            return bundle;
+        } );
 }
 
 CFBundleRef CFBundleCreate( CFAllocatorRef, CFURLRef bundleURL )

@@ -3,10 +3,15 @@
 #include <bit>
 #include <cerrno>
 #include <cstdint>
+#include <new>
 
 TextConverter::TextConverter( char const* to, char const* from )
     : mConversion( iconv_open( to, from ) )
 {
+    if ( !IsKnown() && errno == ENOMEM )
+    {
+        throw std::bad_alloc();
+    }
 }
 
 TextConverter::~TextConverter()

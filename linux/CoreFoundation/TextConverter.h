@@ -11,7 +11,8 @@
 class TextConverter
 {
   public:
-    /// IsKnown answers false when there is no such conversion; then nothing else is called.
+    /// IsKnown answers false when there is no such conversion; then nothing else is called. Throws
+    /// std::bad_alloc.
     TextConverter( char const* to, char const* from );
     ~TextConverter();
     TextConverter( TextConverter const& ) = delete;

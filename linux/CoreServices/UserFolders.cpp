@@ -1,13 +1,11 @@
 #include "linux/CoreServices/UserFolders.h"
 
-#include <CoreFoundation/CFURLAccess.h>
-
-#include "linux/CoreFoundation/CFDataObject.h"
-#include "linux/CoreFoundation/CFURLObject.h"
+#include "linux/CoreFoundation/RegularFile.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
@@ -28,10 +26,16 @@ std::optional<std::string> HomeInUserDatabase()
     std::vector<char> buffer( 1024 );
     passwd entry = {};
     passwd* found = nullptr;
-    while ( getpwuid_r( geteuid(), &entry, buffer.data(), buffer.size(), &found ) == ERANGE &&
+    int error = 0;
+    while ( ( error = getpwuid_r( geteuid(), &entry, buffer.data(), buffer.size(), &found ) ) ==
+                ERANGE &&
             buffer.size() < kLongestUserEntry )
     {
         buffer.resize( 2 * buffer.size() );
+    }
+    if ( error == ENOMEM )
+    {
+        throw std::bad_alloc();
     }
     return AbsolutePath( found != nullptr ? found->pw_dir : nullptr );
 }
@@ -42,20 +46,19 @@ std::optional<std::string> HomeFolder()
     return home ? home : HomeInUserDatabase();
 }
 
-// The content of a regular file; empty when it cannot be read.
+// The content of a regular file; empty when it cannot be read. Throws std::bad_alloc.
 std::string ReadText( std::string const& path )
 {
-    Owned<CFURLObject const> const url( CreateFileURL( path, false ) );
-    CFDataRef data = nullptr;
-    SInt32 code = 0;
-    if ( !CFURLCreateDataAndPropertiesFromResource(
-             kCFAllocatorDefault, url.get(), &data, nullptr, nullptr, &code ) )
+    std::vector<UInt8> bytes;
+    switch ( ReadRegularFile( path, bytes ) )
     {
+    case 0:
+        return std::string( bytes.begin(), bytes.end() );
+    case ENOMEM:
+        throw std::bad_alloc();
+    default:
         return {};
     }
-    Owned<CFDataObject const> const owned( data );
-    return std::string( reinterpret_cast<char const*>( CFDataGetBytePtr( data ) ),
-        static_cast<std::size_t>( CFDataGetLength( data ) ) );
 }
 
 // Takes the first line off `text`.

@@ -1,8 +1,8 @@
-// The kernel and the heap are replaced at link time: sysctl below answers from a script, malloc and
-// free are wrapped.
+// The kernel is replaced at link time: sysctl below answers from a script.
 
 #include "Shared/Portable/Processes/Mac/BSDProcessList.h"
 #include "Shared/Portable/Processes/Mac/AgentProcess.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <cerrno>
 #include <cstring>
@@ -31,60 +31,28 @@ using Table = std::vector<std::pair<char const*, pid_t>>;
 Answers gAnswers;
 Table gTable;
 size_t gCalls = 0;
-bool gMallocFails = false;
-bool gWatching = false;
-std::vector<void*> gBlocks; // taken and not freed while watching
+long gFailingBlock = 0; // none
 
-// Calls `ask` with the kernel's `answers`; all of them must be asked for.
+// Calls `ask` with the kernel's `answers`, all of which must be asked for; it must leave `blocks`.
 template<typename Ask>
-auto Watch( Answers const& answers, Ask ask )
+auto Watch( Answers const& answers, long blocks, Ask ask )
 {
     gAnswers = answers;
-    gBlocks.clear();
     gCalls = 0;
-    gWatching = true;
+    long const before = LiveBlocks();
+    AllocationFailure const failure( gFailingBlock );
     auto const result = ask();
-    gWatching = false;
+    EXPECT_EQ( LiveBlocks() - before, blocks );
     EXPECT_EQ( gCalls, answers.size() );
     return result;
-}
-
-int32_t AgentAmong( Answers const& answers )
-{
-    int32_t const pid = Watch( answers, getPID );
-    EXPECT_TRUE( gBlocks.empty() ) << "the list was not freed";
-    return pid;
 }
 } // namespace
 
 extern "C"
 {
-    void* __real_malloc( size_t size );
-    void __real_free( void* block );
-    void* __wrap_malloc( size_t size );
-    void __wrap_free( void* block );
-
-    void* __wrap_malloc( size_t size )
-    {
-        bool const watched = std::exchange( gWatching, false );
-        void* const block = watched && gMallocFails ? nullptr : __real_malloc( size );
-        if ( watched && block != nullptr )
-            gBlocks.push_back( block );
-        gWatching = watched;
-        return block;
-    }
-
-    void __wrap_free( void* block )
-    {
-        if ( gWatching )
-            std::erase( gBlocks, block );
-        __real_free( block );
-    }
-
     int sysctl( int* name, unsigned int nameLength, void* table, size_t* length, void* newValue,
         size_t newLength )
     {
-        gWatching = false;
         bool const wholeTable = nameLength == 3 && name[0] == 1 && name[1] == 14 && name[2] == 0;
         EXPECT_TRUE( wholeTable && newValue == nullptr && newLength == 0 );
         EXPECT_TRUE( table != nullptr || *length == 0 ) << "the length is not reset for the size";
@@ -103,7 +71,6 @@ extern "C"
         }
         *length = answer.bytes;
         errno = answer.error;
-        gWatching = true;
         return answer.result;
     }
 }
@@ -124,27 +91,28 @@ TEST( ProcessList, HandsOutWholeRecordsOrAnErrorAndNothingElse )
         { "too small, the error as the result",
             { { kRecord }, { 0, ENOMEM, 0 }, { kRecord }, { kRecord, 9, 0 } }, 9, 0 },
         { "no size again", { { kRecord }, { 0, ENOMEM, 0 }, { 0, -1, EMFILE } }, EMFILE, 0 },
-        { "no memory for the block", { { kRecord } }, 12, 0 } };
+        { "no memory for the block", { { kRecord } }, ENOMEM, 0 } };
     gTable = { { "init", 1 } };
     for ( auto const& [name, answers, error, expectedCount] : rows )
     {
         SCOPED_TRACE( name );
         kinfo_proc* list = nullptr;
         size_t count = 77;
-        gMallocFails = error == 12 && answers.back().result == 0;
-        EXPECT_EQ( Watch( answers, [&] { return GetBSDProcessList( &list, &count ); } ), error );
+        gFailingBlock = name == std::string_view( "no memory for the block" ) ? 1 : 0;
+        EXPECT_EQ( Watch( answers, error == 0 ? 1 : 0,
+                       [&] { return GetBSDProcessList( &list, &count ); } ),
+            error );
         EXPECT_EQ( count, expectedCount );
         EXPECT_EQ( list != nullptr, error == 0 );
-        EXPECT_EQ( gBlocks.size(), error == 0 ? 1U : 0U ) << "a block was lost";
         free( list );
-        EXPECT_EQ( AgentAmong( answers ), 0 );
+        EXPECT_EQ( Watch( answers, 0, getPID ), 0 );
     }
-    gMallocFails = false;
+    gFailingBlock = 0;
 }
 
 TEST( AgentProcess, IsTheFirstWithExactlyTheAgentsShortName )
 {
-    std::pair<Table, int32_t> const rows[] = {
+    std::pair<Table, int32_t> const rows[] = { { { { "WUXAgent", 9 } }, 9 },
         { { { "init", 1 }, { "WUXAgent", 9 }, { "WUXAgent", 4 } }, 9 },
         { { { "WUXAgentControlP", 3 }, { "xWUXAgent", 4 }, { "WUXAgen", 5 }, { "wuxagent", 6 } },
             0 } };
@@ -152,8 +120,10 @@ TEST( AgentProcess, IsTheFirstWithExactlyTheAgentsShortName )
     {
         gTable = table;
         size_t const bytes = gTable.size() * kRecord;
-        EXPECT_EQ( AgentAmong( { { bytes }, { bytes } } ), pid );
+        EXPECT_EQ( Watch( { { bytes }, { bytes } }, 0, getPID ), pid );
     }
+    gTable = { { "init", 1 }, { "WUXAgent", 9 } }; // the second is behind what was fetched
+    EXPECT_EQ( Watch( { { 2 * kRecord }, { kRecord } }, 0, getPID ), 0 );
 }
 
 // Those inside the function cannot be provoked from outside: their lines are looked up.

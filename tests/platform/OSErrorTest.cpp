@@ -17,6 +17,12 @@ TEST( Status, KeepsTheFirstErrorUntilItIsForgiven )
     status = OSError( -36 );
     OSError const& alias = status;
     status = alias;
+    status.AnnounceError( -43 );
+    status.AnnounceCancellation( -43, -43 );
+    status.AnnounceDuplication( -43 );
+    status.AnnounceDestruction( -43 );
+    status.Debug( -43 );
+    alias.Debug();
     EXPECT_EQ( -36, OSError( status ).GetCode() );
 }
 

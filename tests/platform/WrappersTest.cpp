@@ -77,6 +77,16 @@ TEST( Holders, CountTheirReferences )
     AutoCFString::DisposeCFStringRef( nullptr );
     AutoCFString::DisposeCFStringRef( Duplicate( string.Get() ).GiveUp() );
     EXPECT_EQ( 1, count() ) << "released";
+    AutoCFData const bytes = Duplicate( MakeCFData( ConstData( "a"s ) ).Get() );
+    AutoCFData::DisposeCFDataRef( Duplicate( bytes.Get() ).GiveUp() );
+    AutoCFURL const url = URLOf( "/" );
+    AutoCFURL::DisposeCFURLRef( Duplicate( url.Get() ).GiveUp() );
+    AutoCFDictionary const entries =
+        DictionaryCreateFromXMLData( MakeCFData( std::string_view( kList ) ).Get(), 2 );
+    AutoCFDictionary::DisposeCFDictionaryRef( Duplicate( entries.Get() ).GiveUp() );
+    for ( CFTypeRef const object :
+        { CFTypeRef( bytes.Get() ), CFTypeRef( url.Get() ), CFTypeRef( entries.Get() ) } )
+        EXPECT_EQ( 1, CFGetRetainCount( object ) );
 }
 
 TEST( Bytes, GoInAndComeOut )

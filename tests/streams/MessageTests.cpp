@@ -171,9 +171,12 @@ TEST( HeaderMaker, LeavesEmptyLinesAndTheMessageToItsUser )
 {
     EventLog log;
     RecordingMessageReceiver recorder( log );
-    HeaderMaker maker;
-    EXPECT_EQ( Push( maker( recorder ), log, { "a:1\n\n\nb:2\n\n"s } ),
-        Field( 0, "a", "1", 5 ) + Field( 6, "b", "2", 10 ) );
+    HeaderMaker aimed( recorder ), aimedLater;
+    aimed.Start( 0 );
+    aimed.Receive( ConstData() );
+    for ( HeaderMaker* const maker : { &aimed, &aimedLater( recorder ) } )
+        EXPECT_EQ( Push( *maker, log, { "a:1\n\n\nb:2\n\n"s } ),
+            Field( 0, "a", "1", 5 ) + Field( 6, "b", "2", 10 ) );
 }
 
 } // namespace

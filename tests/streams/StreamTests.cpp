@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <thread>
 
 using namespace std::string_view_literals;
 using Events = std::vector<std::string>;
@@ -77,6 +78,9 @@ TEST( StringReceiver, HoldsWhatCameAfterTheLastStartWithoutAllocatingItsOwnCopie
     StringReceiver receiver( target );
     long const allocations = AllocationCount();
     StartReceiveAndEnd( receiver, "lost behind the second start, and long"sv );
+    std::string elsewhere;
+    StartReceiveAndEnd( StringReceiver()( elsewhere ), "short"sv );
+    EXPECT_EQ( elsewhere, "short" );
     StartReceiveAndEnd( receiver, kRope );
     ( receiver << ConstData() << "d\0and too long for a text inside the object"sv ).ReceiveEnd();
     EXPECT_EQ( AllocationCount(), allocations );
@@ -119,7 +123,12 @@ TEST( DataReader, FillsARangeOrThrowsLeavingWhatItHas )
             EXPECT_EQ( reinterpret_cast<char*>( storage ), "abc"sv.substr( 0, length ) );
             EXPECT_EQ( reader.Unfinished(), length < 3 );
         }
-    EXPECT_EQ( ReadReader( DataReader::Empty() >> Data() ), "" );
+    DataReader& empty = DataReader::Empty();
+    empty.Reset();
+    unsigned char byte = '.';
+    Buffer room( Data( &byte, &byte + 1 ) );
+    EXPECT_EQ( ReadReader( empty >> Data() >> room ), "" );
+    EXPECT_EQ( room.Filled().Length(), 0u );
 }
 
 TEST( DataFilter, MovesPlainRangesButIsNotAskedWhereThereIsNothingToMove )
@@ -131,6 +140,8 @@ TEST( DataFilter, MovesPlainRangesButIsNotAskedWhereThereIsNothingToMove )
     HoldingFilter filter;
     EXPECT_NO_THROW( filter( "!"sv, Data() ) );
     EXPECT_NO_THROW( filter( in, Data() ) );
+    EXPECT_NO_THROW( filter( ConstData(), room ) );
+    EXPECT_NO_THROW( filter( ConstData(), out ) );
     EXPECT_THROW( filter( "!"sv, room ), std::runtime_error );
     EXPECT_THROW( filter( "!"sv, out ), std::runtime_error );
     DataFilter::copy( in, room );
@@ -138,6 +149,7 @@ TEST( DataFilter, MovesPlainRangesButIsNotAskedWhereThereIsNothingToMove )
     DataFilter::copy( "abc"sv, room );
     EXPECT_STREQ( reinterpret_cast<char*>( storage ), "ab.." );
     DataFilter::copy( "1"sv, out );
+    DataFilter::copy.Flush( out );
     EXPECT_EQ( MakeString( out.Filled() ), "1" );
 }
 
@@ -158,6 +170,18 @@ TEST( DataFilterer, PassesPiecesOfAtMost1024BytesAndFlushesAtTheEnd )
     long const allocations = AllocationCount();
     StartReceiveAndEnd( DataReceiver::Ignore(), ConstData( text ), DataFilter::copy );
     EXPECT_EQ( AllocationCount(), allocations );
+}
+
+TEST( SharedObjects, ServeManyThreads )
+{
+    auto const use = []
+    {
+        StartReceiveAndEnd( DataReceiver::Ignore(), "A"sv, Ascii::LowerCase() );
+        EXPECT_EQ( ApplyFilter( "a"sv, DataFilter::copy ), "a" );
+        EXPECT_EQ( ApplyFilter( "a"sv, Ascii::RaiseCase() ), "A" );
+        EXPECT_EQ( ReadReader( DataReader::Empty() ), "" );
+    };
+    std::jthread const one( use ), other( use );
 }
 
 } // namespace

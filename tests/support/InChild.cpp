@@ -75,8 +75,3 @@ bool MountPrivately( std::string const& folder, std::string const& bytes )
     return EnterMountNamespace() &&
            mount( "tmpfs", folder.c_str(), "tmpfs", 0, ( "mode=777,size=" + bytes ).c_str() ) == 0;
 }
-
-bool RemountReadOnly( std::string const& folder )
-{
-    return mount( nullptr, folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr ) == 0;
-}

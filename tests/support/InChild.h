@@ -15,6 +15,3 @@ void BecomeOrdinaryUser();
 /// For use in the child: mounts a new file system in memory of `bytes` bytes on `folder`, seen by
 /// this child only. False where the system does not let this user do it.
 bool MountPrivately( std::string const& folder, std::string const& bytes );
-
-/// The same, and makes what is mounted on `folder` read-only.
-bool RemountReadOnly( std::string const& folder );

@@ -2,7 +2,7 @@
 
 /// Bundles: folders with an Info.plist and resources.
 ///
-/// A null bundle, and lack of memory, answer null.
+/// A null bundle, and lack of memory, answer null; the next call then tries again.
 
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFDictionary.h>
@@ -13,8 +13,8 @@ extern "C"
 {
 
     /// The bundle of the running program. For the executable PREFIX/bin/NAME, with links resolved,
-    /// that is the folder PREFIX/share/NAME, whether or not it exists. Never null, always the same
-    /// object, never to be released.
+    /// that is the folder PREFIX/share/NAME, whether or not it exists. Always the same object,
+    /// never to be released.
     CFBundleRef CFBundleGetMainBundle( void );
 
     /// The bundle in a folder; null when `bundleURL` is no file URL of an existing folder.

@@ -73,7 +73,7 @@ extern "C"
     /// character that the encoding lacks; otherwise each UTF-16 unit of it becomes one such byte.
     /// An unpaired surrogate stops a conversion to UTF-8 either way. External UTF-16 of no stated
     /// order begins with a byte-order mark. `usedBufLen` may be null. An unknown encoding converts
-    /// nothing.
+    /// nothing, and so does lack of memory: encodings that are left to iconv need some.
     CFIndex CFStringGetBytes( CFStringRef string, CFRange range, CFStringEncoding encoding,
         UInt8 lossByte, Boolean isExternalRepresentation, UInt8* buffer, CFIndex maxBufLen,
         CFIndex* usedBufLen );

@@ -93,16 +93,19 @@ void SoilSurroundings( std::string const& folder )
     open( ( folder + "/inherited" ).c_str(), O_RDWR | O_CREAT, 0600 );
     umask( 0077 );
     fs::current_path( folder );
-    signal( SIGTERM, SIG_IGN );
-    signal( SIGPIPE, SIG_IGN );
+    for ( int const ignored : { SIGTERM, SIGPIPE, SIGHUP } )
+    {
+        signal( ignored, SIG_IGN );
+    }
     sigset_t blocked;
-    sigemptyset( &blocked );
-    sigaddset( &blocked, SIGUSR1 );
+    sigfillset( &blocked );
     sigprocmask( SIG_BLOCK, &blocked, nullptr );
     rlimit const low = { 64, 4096 };
     setrlimit( RLIMIT_NOFILE, &low );
     for ( char const* variable : { "LANG=de_DE.UTF-8", "LANGUAGE=de:en", "LC_ALL=../../evil",
-              "LD_LIBRARY_PATH=/tmp", "IFS=/" } )
+              "LD_LIBRARY_PATH=/tmp", "LD_PRELOAD=/tmp/a.so", "GCONV_PATH=/tmp", "IFS=/",
+              "PATH=/tmp", "BASH_ENV=/tmp/a", "ENV=/tmp/a", "SHELLOPTS=xtrace", "PS4=$(/tmp/a)",
+              "SHELL=/tmp/a", "TERM=../a", "XAUTHORITY=/tmp/a", "PKEXEC_UID=0" } )
         putenv( const_cast<char*>( variable ) );
 }
 

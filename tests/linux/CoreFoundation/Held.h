@@ -1,22 +1,8 @@
 #pragma once
 
-// Ownership and short forms for the tests of the Core Foundation-compatible layer.
+// Short forms for the tests of the Core Foundation-compatible layer.
 
-#include <CoreFoundation/CoreFoundation.h>
-
-#include <memory>
-#include <string>
-#include <string_view>
-#include <type_traits>
-
-struct CallCFRelease
-{
-    void operator()( CFTypeRef object ) const { CFRelease( object ); }
-};
-
-/// Owns the reference that a "Create" or "Copy" function gave.
-template<class Reference>
-using Held = std::unique_ptr<std::remove_pointer_t<Reference>, CallCFRelease>;
+#include "fuzz/PropertyListText.h"
 
 /// The object as one of its own type, which may be that of a mutable object.
 template<class Reference>
@@ -31,8 +17,6 @@ Held<CFStringRef> String( std::string_view text );
 /// A string as UTF-8 text.
 std::string Text( CFStringRef string );
 
-Held<CFDataRef> Data( std::string_view bytes );
-
 std::string Bytes( CFDataRef data );
 
 /// The XML element with that content.
@@ -41,6 +25,6 @@ std::string Element( std::string const& name, std::string const& content );
 /// What an XML property list gives; null when it is refused.
 Held<CFTypeRef> Parsed( std::string_view text, CFOptionFlags option = 0 );
 
-/// An object as text: {"key"="value"} with sorted keys, ["a","b"], i5 for integers, r2.5 for reals,
-/// true, @seconds for dates, <bytes> for data. Strings are written in UTF-8 between quotes.
+/// An object as one element of a property list, or "null". Each object has one form: no short
+/// forms, no blanks, keys in the order of their bytes.
 std::string Describe( CFTypeRef object );

@@ -1,7 +1,7 @@
 #include "tests/linux/CoreFoundation/Held.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <vector>
 
 namespace
@@ -9,10 +9,13 @@ namespace
 
 using namespace std::string_literals;
 
-// What a document gives; "null" for an error, which has to come with a string.
+constexpr char kRefused[] = "Line "; // begins each error
+
+// What a document gives, or the error.
 std::string Outcome( std::string_view text )
 {
-    Held<CFDataRef> const data = Data( text );
+    Held<CFDataRef> const data( CFDataCreate(
+        nullptr, reinterpret_cast<UInt8 const*>( text.data() ), std::ssize( text ) ) );
     // Not null, so that a success has to say so.
     Held<CFStringRef> const untouched = String( "untouched" );
     CFStringRef error = untouched.get();
@@ -20,8 +23,7 @@ std::string Outcome( std::string_view text )
         kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, &error ) );
     Held<CFStringRef> const held( error );
     EXPECT_NE( object == nullptr, error == nullptr );
-    EXPECT_TRUE( error == nullptr || CFStringGetLength( error ) > 0 );
-    return Describe( object.get() );
+    return error != nullptr ? Text( error ) : Describe( object.get() );
 }
 
 std::string UTF16( std::string_view ascii, bool isBigEndian )
@@ -32,45 +34,32 @@ std::string UTF16( std::string_view ascii, bool isBigEndian )
     return bytes;
 }
 
-// The outcome, which must be the same with every byte-order mark for a document in ASCII.
+// How the outcome starts, which must be the same with every mark for a document in ASCII.
 void ExpectOutcome( std::string const& text, std::string const& expected )
 {
-    SCOPED_TRACE( text );
-    EXPECT_EQ( Outcome( text ), expected );
-    if ( std::ranges::all_of( text, []( char byte ) { return byte > 0; } ) )
-    {
-        EXPECT_EQ( Outcome( "\xEF\xBB\xBF" + text ), expected );
-        EXPECT_EQ( Outcome( "\xFE\xFF" + UTF16( text, true ) ), expected );
-        EXPECT_EQ( Outcome( "\xFF\xFE" + UTF16( text, false ) ), expected );
-    }
-}
-
-std::string Plist( std::string const& content )
-{
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<!DOCTYPE plist PUBLIC \"-//Somebody//DTD PLIST 1.0//EN\" \"http://[::1]/p.dtd\">\n"
-           "<plist version=\"1.0\">\n" +
-           content + "\n</plist>\n";
+    bool const isASCII = std::ranges::all_of( text, []( char byte ) { return byte > 0; } );
+    for ( std::string const& form : { text, isASCII ? "\xEF\xBB\xBF" + text : text,
+              isASCII ? "\xFE\xFF" + UTF16( text, true ) : text,
+              isASCII ? "\xFF\xFE" + UTF16( text, false ) : text } )
+        EXPECT_THAT( Outcome( form ), testing::StartsWith( expected ) ) << form;
 }
 
 TEST( PropertyList, MayHaveTheseForms )
 {
     std::pair<std::string, char const*> const rows[] = {
-        { Plist( "<string>a</string>" ), R"("a")" }, { "<!DOCTYPE plist><true/>", "true" },
-        { "<array><true/><false></false></array>", "[true,false]" },
-        { "\n \t\r\n" + Plist( "<false/>" ), "false" },
-        { "<!--a--><plist><!--b--><dict a='b'><!--c--><key c='&lt;'>k</key><!--d--><true "
-          "d=''/></dict><!--e--></plist>",
-            R"({"k"=true})" },
-        { "<?a b?><array><?c d?><true/></array><!--e--><?f g?>", "[true]" },
-        { "<array><string/><dict/><array/></array>", R"(["",{},[]])" },
-        { "<dict><key/><true/></dict>", R"({""=true})" },
-        { "<string>a<![CDATA[<b>&amp;]]>c</string>", R"("a<b>&amp;c")" },
-        { "<plist><true/></plist><plist>&x;</\x80\0"s, "true" },
-        { "<dict><key>k</key><array/><key>l</key><true/><key>k</key><false/></dict>",
-            R"({"k"=false,"l"=true})" },
-        { "<dict><key>a\r\n</key><true/></dict>", "{\"a\r\n\"=true}" },
-        { "\r\n<?xml version='1.0'?>\r\n<string>\r</string>", "\"\r\"" } };
+        { "\n \t\r\n<?xml version='1.0'?><!DOCTYPE plist PUBLIC '-//A//B' 'http://[::1]/p.dtd'>\n"
+          "<!--a--><plist version='1.0'><!--b--><dict a='b'><!--c--><key c='&lt;'>k</key><!--d-->\n"
+          "<true d=''/></dict><!--e--></plist>\n",
+            "<dict><key>k</key><true/></dict>" },
+        { "<!DOCTYPE plist SYSTEM 'file:///etc/hostname'><string/>", "<string></string>" },
+        { "<?a b?><array><?c d?><false></false></array><!--e--><?f g?>",
+            "<array><false/></array>" },
+        { "<array><dict/><array/></array>", "<array><dict></dict><array></array></array>" },
+        { "<dict><key/><true/></dict>", "<dict><key></key><true/></dict>" },
+        { "<string>a<![CDATA[<\r\n&amp;]]>c</string>", "<string>a&#60;&#13;\n&#38;amp;c</string>" },
+        { "<plist><true/></plist><plist>&x;</\x80\0"s, "<true/>" },
+        { "<dict><key>k\r</key><true/><key>k</key><array/><key>k</key><false/></dict>",
+            "<dict><key>k</key><false/><key>k&#13;</key><true/></dict>" } };
 
     for ( auto const& [text, expected] : rows )
         ExpectOutcome( text, expected );
@@ -87,100 +76,81 @@ TEST( PropertyList, MustNotHaveTheseForms )
         "<array><null/></array>", "<Array></Array>", "<x:true/>",                    // unknown
         "<dict><key>k</key></dict>", "<dict><key>k</key><key>l</key><true/></dict>", // pairs
         "<dict><true/></dict>", "<dict><key>k</key><true/><true/></dict>",
-        "<array><key>k</key></array>", "<plist><key>k</key></plist>",
-        "<array><true></array></true>",                            // tags
-        "<string>a<!--b--></string>", "<string>a<?b c?></string>", // inside a leaf
+        "<array><key>k</key></array>", "<plist><key>k</key></plist>", "<string>a<!--b--></string>",
+        "<string>a<?b c?></string>", // inside a leaf
         "<string>a<true/></string>", "<integer>1<!--b--></integer>", "<true><!--b--></true>",
         "<key><dict/></key>", "<integer><![CDATA[1]]></integer>", "<data><![CDATA[]]></data>",
         "<integer/>", "<real/>", "<date/>", "<data/>", // short forms
-        "<dict><key>\xC0\x80</key><true/></dict>", Plist( "<string>&nbsp;</string>" ),
-        Plist( "<array>&nbsp;</array>" ) };
+        "<!DOCTYPE plist []><true/>", "<!DOCTYPE plist [<!ENTITY a 'a'>]><true/>",
+        "<!DOCTYPE plist SYSTEM 'file:///etc/hostname'><string>&a;</string>",
+        "<!DOCTYPE plist SYSTEM 'file:///etc/hostname'><array>&a;</array>" };
 
     for ( std::string const& text : rows )
-        ExpectOutcome( text, "null" );
+        ExpectOutcome( text, kRefused );
+    ExpectOutcome( "\n\n<array>\n<nothing/>\n</array>", "Line 4: unknown element" );
+}
+
+// Texts of leaves: with what they are read as, with no other form, and refused ones.
+void ExpectLeaves( std::string const& element,
+    std::vector<std::pair<std::string, std::string>> const& rows,
+    std::vector<std::string> const& same, std::vector<std::string> const& refused )
+{
+    for ( auto const& [text, expected] : rows )
+        ExpectOutcome( Element( element, text ), Element( element, expected ) );
+    for ( std::string const& text : same )
+        ExpectOutcome( Element( element, text ), Element( element, text ) );
+    for ( std::string const& text : refused )
+        ExpectOutcome( Element( element, text ), kRefused );
 }
 
 TEST( PropertyList, ReadsTheTextOfEachKindOfLeaf )
 {
-    struct
-    {
-        std::string element;
-        std::vector<std::pair<std::string, std::string>> rows;
-        std::vector<std::string> refused;
-    } const leaves[] = {
-        { "integer",
-            { { "0", "i0" }, { " \n\t12", "i12" }, { "+12", "i12" }, { "-12", "i-12" },
-                { "0xFf", "i255" }, { "-0X10", "i-16" }, { "00000000000000000000007", "i7" },
-                { "-9223372036854775808", "i-9223372036854775808" },
-                { "9223372036854775807", "i9223372036854775807" },
-                { "9223372036854775808", "i9223372036854775808" },
-                { "18446744073709551615", "i18446744073709551615" } },
-            { "", " ", "-9223372036854775809", "18446744073709551616", "1 ", "- 1", "--1", "-",
-                "0x", "0x-1", "1.0", "one" } },
-        { "real",
-            { { "1", "r1" }, { " .5", "r0.5" }, { "2.", "r2" }, { "+2.5", "r2.5" },
-                { "-25e-1", "r-2.5" }, { "NaN", "rnan" }, { "INFinity", "rinf" },
-                { "-infinity", "r-inf" }, { "+inf", "rinf" } },
-            { "", "-nan", "infinit", "nan(1)", "1,5", "0x1p3", "+-1", "1 ", "1e", ".", "1e999" } },
-        { "date",
-            { { "2001-01-01T00:00:00Z", "@0" }, { "1970-01-01T00:00:00Z", "@-978307200" },
-                { "2024-02-29T12:34:56Z", "@730902896" },
-                { "1900-03-01T00:00:00Z", "@-3182198400" },
-                { "0000-01-01T00:00:00Z", "@-63145526400" },
-                { "9999-12-31T23:59:59Z", "@252423993599" }, { "2000-13-01T00:00:00Z", "@0" },
-                { "2001-00-01T00:00:00Z", "@-2678400" }, { "2001-01-00T00:00:00Z", "@-86400" },
-                { "2001-01-01T00:00:99Z", "@99" } },
-            { "", " 2001-01-01T00:00:00Z", "2001-01-01T00:00:00Z ", "2001-01-01T00:00:00",
-                "2001-01-01T00:00:00.0Z", "2001-1-01T00:00:00Z", "2001-01-01t00:00:00z" } },
-        { "data",
-            { { "YWJj/+8=", "<abc\xFF\xEF>" }, { "/w==", "<\xFF>" }, { "\n\tY W\r\nI =\n", "<ab>" },
-                { " \n", "<>" } },
-            { "AAE", "A===", "AA==AAAA", "AA=A", "=", "AA-_", "AAA\xC3\xA9" } },
-        { "string",
-            { { " \t a  ", "\" \t a  \"" }, { "a\nb", "\"a\nb\"" }, { "a\rb\r", "\"a\rb\r\"" },
-                { "\r\na\r\n\r\rb\n\r", "\"\r\na\r\n\r\rb\n\r\"" },
-                { "<![CDATA[a\r\nb\r]]>", "\"a\r\nb\r\"" },
-                { "&#13;&#10;&#xD;&#xA;", "\"\r\n\r\n\"" },
-                { "&lt;&gt;&amp;&apos;&quot;", R"("<>&'"")" },
-                { "&#65;&#x42;&#x1F600;", "\"AB\U0001F600\"" }, { "\xC3\xA9", "\"\u00E9\"" } },
-            { "&#xD800;", "&#0;", "&nbsp;", "\xC3(", "\xED\xA0\x80", "a\0b"s } } };
-
-    for ( auto const& [element, rows, refused] : leaves )
-    {
-        for ( auto const& [text, expected] : rows )
-            ExpectOutcome( Element( element, text ), expected );
-        for ( std::string const& text : refused )
-            ExpectOutcome( Element( element, text ), "null" );
-    }
+    ExpectLeaves( "integer",
+        { { " \n\t12", "12" }, { "+12", "12" }, { "0xFf", "255" }, { "-0X10", "-16" },
+            { "00000000000000000000007", "7" } },
+        { "0", "-12", "-9223372036854775808", "9223372036854775807", "9223372036854775808",
+            "18446744073709551615" },
+        { "", " ", "-9223372036854775809", "18446744073709551616", "1 ", "- 1", "--1", "-", "0x",
+            "0x-1", "1.0", "one" } );
+    ExpectLeaves( "real",
+        { { " .5", "0.5" }, { "2.", "2" }, { "+2.5", "2.5" }, { "-25e-1", "-2.5" },
+            { "NaN", "nan" }, { "INFinity", "inf" }, { "-infinity", "-inf" } },
+        { "1", "2.5", "nan", "inf" },
+        { "", "-nan", "infinit", "nan(1)", "1,5", "0x1p3", "+-1", "1 ", "1e", ".", "1e999" } );
+    ExpectLeaves( "date", { { "2000-13-00T00:00:99Z", "2000-12-31T00:01:39Z" } },
+        { "2024-02-29T12:34:56Z" },
+        { "", " 2001-01-01T00:00:00Z", "2001-01-01T00:00:00", "2001-01-01T00:00:00.0Z" } );
+    ExpectLeaves( "data", { { "\n\tY W\r\nI =\n", "YWI=" }, { " \n", "" } }, { "YWJj/+8=", "/w==" },
+        { "AAE", "A===", "AA==AAAA", "AA=A", "=", "AA-_", "AAA\xC3\xA9" } );
+    ExpectLeaves( "string",
+        { { "\r\na\r\n\r\rb\n\r", "&#13;\na&#13;\n&#13;&#13;b\n&#13;" },
+            { "&#13;&#10;&#xD;&#xA;", "&#13;\n&#13;\n" },
+            { "&lt;&gt;&amp;&apos;&quot;", "&#60;&#62;&#38;'\"" },
+            { "&#65;&#x42;&#x1F600;", "AB\U0001F600" } },
+        { " \t a\n  ", "\xC3\xA9" },
+        { "&#xD800;", "&#0;", "&nbsp;", "\xC3(", "\xED\xA0\x80", "a\0b"s } );
 }
 
 TEST( PropertyList, IsReadInTheEncodingOfItsMarkOrDeclaration )
 {
-    struct
-    {
-        std::string encoding, text, expected;
-    } const rows[] = { { "UTF-8", "\xC3\xA9", "\"\u00E9\"" },
-        { "ISO-8859-1", "\xE9", "\"\u00E9\"" }, { "US-ASCII", "e", "\"e\"" },
-        { "US-ASCII", "\xE9", "null" },
-        { "windows-1252", "\x80\x81\x92\xE9\r\n", "\"\u20AC\u0081\u2019\u00E9\r\n\"" },
-        { "macintosh", "\xDB\x8E", "\"\u20AC\u00E9\"" }, { "KOI8-R", "\xC1", "\"\u0430\"" },
-        { "ISO-8859-7", "\xFF", "null" }, { "Shift_JIS", "a\xB1", "\"a\uFF71\"" },
-        { "Shift_JIS", "\x82\xA0", "null" }, { "UTF-7", "+AGE-", "null" },
-        { "EBCDIC-US", "a", "null" }, { "UTF-16", "a", "null" },
-        { "no-such-encoding", "a", "null" }, { "../../x", "a", "null" } };
+    std::string const rows[][3] = { { "UTF-8", "\xC3\xA9", "\u00E9" },
+        { "ISO-8859-1", "\xE9", "\u00E9" }, { "US-ASCII", "e", "e" }, { "US-ASCII", "\xE9" },
+        { "windows-1252", "\x80\x81\x92\xE9\n", "\u20AC\u0081\u2019\u00E9\n" },
+        { "macintosh", "\xDB\x8E", "\u20AC\u00E9" }, { "KOI8-R", "\xC1", "\u0430" },
+        { "ISO-8859-7", "\xFF" }, { "Shift_JIS", "a\xB1", "a\uFF71" }, { "Shift_JIS", "\x82\xA0" },
+        { "UTF-7", "+AGE-" }, { "EBCDIC-US", "a" }, { "UTF-16", "a" }, { "no-such-encoding", "a" },
+        { "../../x", "a" } };
 
-    for ( auto const& row : rows )
-    {
-        SCOPED_TRACE( row.encoding + " " + row.text );
-        EXPECT_EQ( Outcome( "<?xml version='1.0' encoding='" + row.encoding + "'?>" +
-                            Element( "string", row.text ) ),
-            row.expected );
-    }
+    for ( auto const& [encoding, text, expected] : rows )
+        EXPECT_THAT( Outcome( "<?xml version='1.0' encoding='" + encoding + "'?>" +
+                              Element( "string", text ) ),
+            testing::StartsWith( expected.empty() ? kRefused : Element( "string", expected ) ) )
+            << encoding << text;
     ExpectOutcome( "\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><string>\xC3\xA9"
                    "</string>",
-        "\"\u00E9\"" );
-    ExpectOutcome( UTF16( "<string>a</string>", true ), "null" );
-    ExpectOutcome( UTF16( "\n <string>a</string>", false ), "null" );
+        "<string>\u00E9</string>" );
+    ExpectOutcome( UTF16( "<string>a</string>", true ), "UTF-16 without a byte-order mark" );
+    ExpectOutcome( UTF16( "\n <string>a</string>", false ), "UTF-16 without a byte-order mark" );
 }
 
 TEST( PropertyList, HasMutableStringsButNoKeysWithOption2AndMutableContainersAlways )
@@ -188,30 +158,36 @@ TEST( PropertyList, HasMutableStringsButNoKeysWithOption2AndMutableContainersAlw
     auto const appendToItself = []( void const* string )
     { CFStringAppend( As<CFMutableStringRef>( string ), As<CFStringRef>( string ) ); };
     void const* key = nullptr;
+    void const* value = nullptr;
     for ( CFOptionFlags const option : { 0u, 1u, 2u } )
     {
         Held<CFTypeRef> const list =
             Parsed( "<dict><key>k</key><string>v</string></dict>", option );
         auto const dictionary = As<CFMutableDictionaryRef>( list.get() );
-        void const* const string = CFDictionaryGetValue( dictionary, String( "k" ).get() );
+        CFDictionaryGetKeysAndValues( dictionary, &key, &value );
         if ( option == 2 )
-            appendToItself( string );
+            appendToItself( value );
         else
-            EXPECT_DEATH( appendToItself( string ), "" ) << option;
-        CFDictionaryGetKeysAndValues( dictionary, &key, nullptr );
+            EXPECT_DEATH( appendToItself( value ), "" ) << option;
         EXPECT_DEATH( appendToItself( key ), "" );
-        CFDictionarySetValue( dictionary, String( "l" ).get(), kCFBooleanTrue );
-        EXPECT_EQ( Describe( dictionary ),
-            option == 2 ? R"({"k"="vv","l"=true})" : R"({"k"="v","l"=true})" );
+        CFDictionarySetValue( dictionary, key, kCFBooleanTrue );
+        EXPECT_EQ( Describe( dictionary ), "<dict><key>k</key><true/></dict>" );
     }
 }
 
-TEST( PropertyList, SaysInAnErrorWhichLineOfTheDocumentIsWrong )
+TEST( PropertyList, MayNest512LevelsAndHave16MiBAndNotOneMore )
 {
-    Held<CFDataRef> const data = Data( "\n\n<array>\n<nothing/>\n</array>" );
-    CFStringRef error = nullptr;
-    EXPECT_EQ( CFPropertyListCreateFromXMLData( nullptr, data.get(), 0, &error ), nullptr );
-    EXPECT_EQ( Describe( Held<CFStringRef>( error ).get() ), R"("Line 4: unknown element")" );
+    std::string nested;
+    for ( int level = 0; level < 511; ++level )
+        nested = Element( "array", nested );
+    EXPECT_NE( Parsed( Element( "array", nested ) ), nullptr );
+    EXPECT_NE( Parsed( Element( "plist", nested ) ), nullptr );
+    EXPECT_EQ( Parsed( Element( "array", Element( "array", nested ) ) ), nullptr );
+    EXPECT_EQ( Parsed( Element( "plist", Element( "array", nested ) ) ), nullptr );
+    std::string text = "<true/>";
+    text.resize( 16 * 1024 * 1024, ' ' );
+    EXPECT_NE( Parsed( text ), nullptr );
+    EXPECT_EQ( Parsed( text + ' ' ), nullptr );
 }
 
 } // namespace

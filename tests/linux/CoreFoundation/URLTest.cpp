@@ -54,27 +54,27 @@ std::string Bytes( URL const& url, bool resolve = true )
 
 TEST( URLOfPath, EscapesOddCharactersAndGivesThePathBack )
 {
-    char const* const rows[][2] = { { "/a", "file:///a" },
-        { "/a//b/./../c", "file:///a//b/./../c" }, { "a", "a" }, { ".", "." }, { "..", ".." },
-        { "~", "~" }, { "a:b", "a:b" }, { "C:/x", "C:/x" }, { "file:///a", "file:///a" },
+    char const* const rows[][2] = { { "/a//b/./../c", "file:///a//b/./../c" }, { "..", ".." },
+        { "~", "~" }, { "C:/x", "C:/x" }, { "file:///a", "file:///a" },
         { "/a%20b c", "file:///a%2520b%20c" }, { "/!$&'()*+,-.:=@_~", "file:///!$&'()*+,-.:=@_~" },
         { "/;?#[]\"<>\\^`{|}", "file:///%3B%3F%23%5B%5D%22%3C%3E%5C%5E%60%7B%7C%7D" },
         { "/\xc3\xa9\x7f\n", "file:///%C3%A9%7F%0A" } };
     for ( auto const& [path, text] : rows )
         for ( bool const isDirectory : { false, true } )
         {
-            EXPECT_EQ(
-                text + std::string( isDirectory, '/' ), Text( FromPath( path, isDirectory ) ) );
-            EXPECT_EQ( path, Path( FromPath( path, isDirectory ) ) );
+            URL const url = FromPath( path, isDirectory );
+            EXPECT_EQ( text + std::string( isDirectory, '/' ), Text( url ) );
+            EXPECT_EQ( path, Path( url ) );
         }
     // The path, its URL as a directory and as a file: the flag alone decides.
     char const* const slashes[][3] = { { "/", "file:///", "file:///" },
-        { "//", "file:////", "file:///" }, { "/a/", "file:///a/", "file:///a" },
-        { "/a///", "file:///a///", "file:///a" },
+        { "//", "file:////", "file:///" }, { "/a///", "file:///a///", "file:///a" },
         { "/usr/bin/env", "file:///usr/bin/env/", "file:///usr/bin/env" }, { "", "./", "." } };
     for ( auto const& [path, folder, file] : slashes )
-        EXPECT_EQ( folder + " "s + file,
-            Text( FromPath( path, true ) ) + ' ' + Text( FromPath( path, false ) ) );
+    {
+        EXPECT_EQ( folder, Text( FromPath( path, true ) ) );
+        EXPECT_EQ( file, Text( FromPath( path, false ) ) );
+    }
 }
 
 TEST( URLOfPath, IsRefusedForWhatIsNoPathButCarriesBytesThatAreNoText )
@@ -111,27 +111,24 @@ TEST( URLOfPath, OfARelativePathStaysBoundToTheDirectoryOfItsMaking )
     EXPECT_EQ( "/b/a:b", Bytes( FromPath( "a:b", true, FromPath( "/b" ).get() ) ) );
 }
 
-TEST( URLOfText, IsRefusedForIllegalCharactersOnly )
+TEST( URLOfText, IsRefusedForIllegalCharactersOnlyAndYieldsItsPathWithEscapesUndone )
 {
     for ( char const character : " \x01\x7f\xe9\"<>\\^`{|}%\0"s )
         EXPECT_EQ( nullptr, FromText( "a"s + character ) ) << character;
     for ( char const* text : { "%4", "%4g", "a#b#c", "\xc3\xa9" } )
         EXPECT_EQ( nullptr, FromText( text ) ) << text;
-    for ( char const* text : { "", "%4f", "a#b", "FiLe:///A", "http://h:1/p?q#f", "mailto:a@b",
-              "[]", "!$&'()*+,;=:@/?-._~" } )
-        EXPECT_EQ( text, Text( FromText( text ) ) );
-}
-
-TEST( URLOfText, YieldsItsPathAndLastComponentWithEscapesUndone )
-{
-    char const* const rows[][3] = { { "file:///", "/", "/" },
+    char const* const none = "(null)";
+    // The text, its path and the last component of that.
+    char const* const rows[][3] = { { "", "", "" }, { "file:///", "/", "/" },
         { "file:///a/b%20c/", "/a/b c", "b c" }, { "file://host/a?q#f", "/a", "a" },
-        { "FILE:///a/../b", "/a/../b", "b" }, { "file:///a//", "/a/", "a" },
-        { "http://host", "", "" }, { "a%2fb", "a/b", "a/b" }, { "file:///%ff", "(null)", "(null)" },
-        { "file:///a%00b", "(null)", "(null)" }, { "mailto:a", "(null)", "(null)" } };
+        { "FiLe:///A/../b", "/A/../b", "b" }, { "file:///a//", "/a/", "a" },
+        { "http://h:1", "", "" }, { "a%2fb", "a/b", "a/b" }, { "file:///%ff", none, none },
+        { "file:///a%00b", none, none }, { "mailto:a@b", none, none }, { "[]", "[]", "[]" },
+        { "!$&'()*+,;=:@-._~", "!$&'()*+,;=:@-._~", "!$&'()*+,;=:@-._~" } };
     for ( auto const& [text, path, last] : rows )
     {
         URL const url = FromText( text );
+        EXPECT_EQ( text, Text( url ) );
         EXPECT_EQ( path, Path( url ) ) << text;
         EXPECT_EQ( last, Taken( CFURLCopyLastPathComponent( url.get() ) ) ) << text;
     }
@@ -139,23 +136,15 @@ TEST( URLOfText, YieldsItsPathAndLastComponentWithEscapesUndone )
 
 TEST( URLOfText, ResolvesReferencesAsTheStandardSaysButForWhatClimbsAboveTheRoot )
 {
-    // RFC 3986, 5.4: what the references give at "http://a/b/c/d;p?q".
-    char const* const examples[][2] = { { "g:h", "g:h" }, { "g", "http://a/b/c/g" },
-        { "./g/", "http://a/b/c/g/" }, { "/g", "http://a/g" }, { "//g", "http://g" },
-        { "?y", "http://a/b/c/d;p?y" }, { "#s", "http://a/b/c/d;p?q#s" },
-        { ";x", "http://a/b/c/;x" }, { "", "http://a/b/c/d;p?q" }, { ".", "http://a/b/c/" },
-        { "..", "http://a/b/" }, { "../../g", "http://a/g" }, { "g;x=1/../y", "http://a/b/c/y" },
-        { "g?y/../x", "http://a/b/c/g?y/../x" }, { "../../../g", "http://a/../g" } };
-    char const* const rows[][3] = { { "http://h", "x", "http://h/x" },
-        { "file:///a/b", "x", "file:///a/x" }, { "file:///a/b", "../../x", "file:///../x" },
-        { "file:///a/b/", "./c/.", "file:///a/b/c/" },
-        { "file:///a/b/", "c//../d", "file:///a/b/c/d" } };
-    auto const absoluteText = []( char const* base, char const* reference )
-    { return AbsoluteParts( *FromText( reference, FromText( base ).get() ) ).Text(); };
-    for ( auto const& [reference, absolute] : examples )
-        EXPECT_EQ( absolute, absoluteText( "http://a/b/c/d;p?q", reference ) );
-    for ( auto const& [base, reference, absolute] : rows )
-        EXPECT_EQ( absolute, absoluteText( base, reference ) );
+    char const* const base = "http://a/b/c/d;p?q"; // as in RFC 3986, 5.4
+    char const* const rows[][3] = { { base, "g:h", "g:h" }, { base, "./g/", "http://a/b/c/g/" },
+        { base, "//g", "http://g" }, { base, "?y", "http://a/b/c/d;p?y" },
+        { base, "#s", "http://a/b/c/d;p?q#s" }, { base, "", "http://a/b/c/d;p?q" },
+        { base, "g?y/../x", "http://a/b/c/g?y/../x" }, { base, "../../../g", "http://a/../g" },
+        { "http://h", "x", "http://h/x" } };
+    for ( auto const& [from, reference, absolute] : rows )
+        EXPECT_EQ(
+            absolute, AbsoluteParts( *FromText( reference, FromText( from ).get() ) ).Text() );
 }
 
 TEST( URLComponents, AreAddedAndRemovedByText )
@@ -167,7 +156,7 @@ TEST( URLComponents, AreAddedAndRemovedByText )
         { "file:///a/.", "..", "file:///a/./..", "file:///a/../" },
         { "file:///a/..", ".", "file:///a/../.", "file:///a/../../" },
         { "..", "x", "../x", "../../" }, { "a", "%", "a/%25", "./" }, { "./", "x", "./x", "../" },
-        { "", "x", "x", "../" } };
+        { "", "x", "x", "../" }, { "mailto:a", "x", "(null)", "(null)" } };
     auto const add = []( URL const& url, char const* component, bool isFolder )
     {
         return URL( CFURLCreateCopyAppendingPathComponent(
@@ -179,15 +168,12 @@ TEST( URLComponents, AreAddedAndRemovedByText )
     {
         URL const url = FromText( text );
         EXPECT_EQ( added, Text( add( url, component, false ) ) );
-        EXPECT_EQ( added + "/"s, Text( add( url, component, true ) ) );
         EXPECT_EQ( removed, removeLast( url ) );
     }
     URL const query = FromText( "http://h?q#f" );
     EXPECT_EQ( "http://h/x/?q#f", Text( add( query, "x", true ) ) );
     EXPECT_EQ( "http://h/../?q#f", removeLast( query ) );
     EXPECT_EQ( "", Text( add( FromText( "" ), "/", true ) ) ) << "does not become the root";
-    EXPECT_EQ( nullptr, add( FromText( "mailto:a" ), "x", true ) );
-    EXPECT_EQ( "(null)", removeLast( FromText( "mailto:a" ) ) );
     URL const based = FromPath( "a", true, FromPath( "/b" ).get() );
     EXPECT_EQ( "/b/a/x", Bytes( add( based, "x", false ) ) ) << "the base is kept";
 }
@@ -196,12 +182,12 @@ TEST( URLs, AreEqualByTextAndBase )
 {
     char const* const rows[][2] = { { "a", "file:///b" }, { "a", "file:///c" }, { "a", "" },
         { "b", "" }, { "file:///b/a", "" }, { "file:///b/a/", "" }, { "file:///b/x/../a", "" } };
+    auto const make = []( auto const& row )
+    { return FromText( row[0], *row[1] == 0 ? nullptr : FromText( row[1] ).get() ); };
     for ( auto const& one : rows )
         for ( auto const& other : rows )
         {
-            URL const a = FromText( one[0], *one[1] == 0 ? nullptr : FromText( one[1] ).get() );
-            URL const b =
-                FromText( other[0], *other[1] == 0 ? nullptr : FromText( other[1] ).get() );
+            URL const a = make( one ), b = make( other );
             EXPECT_EQ( &one == &other, CFEqual( a.get(), b.get() ) != 0 );
             EXPECT_TRUE( &one != &other || CFHash( a.get() ) == CFHash( b.get() ) );
         }

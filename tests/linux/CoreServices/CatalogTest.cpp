@@ -2,7 +2,6 @@
 
 #include "linux/CoreFoundation/CFURLObject.h"
 #include "tests/linux/CoreFoundation/Held.h"
-#include "tests/support/AllocationFailure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -180,15 +179,4 @@ TEST_F( Catalog, RefusesArgumentsThatMakeNoSense )
     EXPECT_FALSE( CFURLGetFSRef( nullptr, &ref ) );
     for ( std::string const& path : { Path( "missing" ), Path( std::string( 5000, 'a' ) ) } )
         EXPECT_EQ( "", Find( path ).path );
-}
-
-TEST_F( Catalog, SaysSoWhenMemoryRunsOut )
-{
-    auto const action = [ref = Find( Path( "." ) )]
-    {
-        FSSpec spec;
-        if ( Reread( ref, nullptr, &spec ) == memFullErr )
-            throw std::bad_alloc();
-    };
-    EXPECT_LT( 0, FailEachAllocation( action ) );
 }
