@@ -15,7 +15,8 @@ namespace MacintoshPlatform
 /// All throw EmptyFileLocationError for an empty location, RootHasNoParent for the root, and
 /// FullPathFailed for a path that is too long. Errors of the system are those of ThrowFileError
 /// with the class that each operation names. They carry the code and the items: first the one that
-/// the failing call was about, then the other end of a copy or move.
+/// the failing call was about, then the other end of a copy or move. Where the system has no
+/// random bits for the temporary name of a copy, it is CreateUniqueFileLocationFailed.
 
 /// Makes an empty file where nothing stands; FileExists or DirectoryExists otherwise. Without its
 /// folder and without `makesParents` it is DirectoryNotFoundError. Parents get the permissions that

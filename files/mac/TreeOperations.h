@@ -69,8 +69,10 @@ void ForceDeleteContents( FileLocation const& location );
 ///
 /// The copy is made beside the target under a name that begins with "." and cannot be guessed. It
 /// is on the disk before it takes its final name in one step; where the file system has no such
-/// step, an empty folder has the name just before. When the copy fails, what was made is deleted.
-/// A process that is killed leaves it. Throws FileCopyFailed, naming the other end second.
+/// step, an empty folder has the name just before. When the copy fails, what was made is deleted,
+/// unless there is no memory left for that either. A process that is killed leaves it. Throws
+/// FileCopyFailed, naming the other end second, and CreateUniqueFileLocationFailed where the system
+/// has no random bits for that name.
 void CopyTree( FileLocation const& from, FileLocation const& to );
 
 } // namespace MacintoshPlatform

@@ -40,8 +40,7 @@ Descriptor Open( int directory, char const* path, int flags )
 bool ParsePID( char const* name, pid_t& pid )
 {
     char const* const end = name + std::strlen( name );
-    auto const parsed = std::from_chars( name, end, pid );
-    return parsed.ec == std::errc() && parsed.ptr == end && pid > 0;
+    return std::from_chars( name, end, pid ).ptr == end;
 }
 
 // Calls `visit` with the PID of each process, in ascending order, until it returns an error.
@@ -97,13 +96,22 @@ int ReadShortName( int procDirectory, pid_t pid, ShortName& name )
     Descriptor const file = Open( procDirectory, path, 0 );
     if ( file.Get() == -1 )
         return errno;
-    ssize_t const length =
-        Uninterrupted( [&] { return read( file.Get(), name.text, sizeof name.text ); } );
-    if ( length == -1 )
-        return errno;
+    // A read that was cut short before the newline is continued: a part of one name may be
+    // another's.
+    size_t length = 0;
+    ssize_t count = 1;
+    while ( count != 0 && length < sizeof name.text &&
+            ( length == 0 || name.text[length - 1] != '\n' ) )
+    {
+        count = Uninterrupted(
+            [&] { return read( file.Get(), name.text + length, sizeof name.text - length ); } );
+        if ( count == -1 )
+            return errno;
+        length += static_cast<size_t>( count );
+    }
     if ( length == 0 )
         return ESRCH;
-    name.length = static_cast<size_t>( length - 1 );
+    name.length = length - 1;
     return 0;
 }
 

@@ -1,6 +1,5 @@
 #include "files/FileErrors.h"
 #include "files/mac/FileErrors.h"
-#include "tests/support/AllocationFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -38,16 +37,4 @@ TEST( FileIOError, CopiesCodeAndNamesDeeplyButNotTheMessage )
     EXPECT_EQ( message, copy.what() );
     EXPECT_EQ( message, assigned.what() );
     EXPECT_EQ( -47, assigned.GetCode() );
-}
-
-TEST( FileIOError, LeaksNothingWhenItCannotBeMadeAndThenHasItsTypeNameOnly )
-{
-    std::string const text( 100, 'n' );
-    std::string_view const name = text;
-    FileIOError const original( name, name, 1 );
-    EXPECT_LT( 1, FailEachAllocation( [&] { FileIOError const copy( original ); } ) );
-    EXPECT_LT( 1, FailEachAllocation( [&] { FileIOError( name, name, 1 ); } ) );
-    FilePermissionError const error( "a name"sv, -5000 );
-    AllocationFailure const failure( 1 );
-    EXPECT_STREQ( "19FilePermissionError", error.what() );
 }

@@ -98,6 +98,7 @@ TEST( FileRetry, TriesNineTimesWithGrowingPausesAndLogsWhatNeededMoreThanOneTry 
         gPlan = plan;
         char const* const name = operation.c_str();
         EXPECT_EQ( events, EventsOf( [=] { RetryOneFileFunc( Try, name, gA, kLog ); } ) );
+        EXPECT_EQ( "", gPlan );
     }
 }
 
