@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QPixmapCache>
 #include <QTranslator>
 
 #include <csignal>
@@ -20,6 +21,9 @@ int ApplicationMain( int argc, char** argv )
     std::future<FcBool> const fonts = std::async( FcInit );
     QApplication application( argc, argv );
     fonts.wait();
+
+    // What is drawn here is cheap to draw again. The cache would wake the idle panel by a timer.
+    QPixmapCache::setCacheLimit( 0 );
 
     QCoreApplication::setApplicationName( QStringLiteral( "WUXAgentControlPanel" ) );
     QCoreApplication::setApplicationVersion( QStringLiteral( CONTROL_PANEL_VERSION ) );
