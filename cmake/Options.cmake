@@ -37,3 +37,10 @@ option(FUZZING "Build the fuzz targets for searching (clang only)" OFF)
 if(FUZZING)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+
+option(COVERAGE "Count what the tests run, for scripts/coverage (clang only)" OFF)
+if(COVERAGE)
+    # Counters that can live in a shared file outlive a process that is killed.
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+    add_link_options(-fprofile-instr-generate)
+endif()
