@@ -2,8 +2,20 @@
 # prefix that are not there yet, which all users may read and only their owner change, whatever the umask.
 
 # Neither the panel's command line nor the policy quotes the script's path.
-if(NOT CMAKE_INSTALL_PREFIX MATCHES "^[-A-Za-z0-9_./+:@,=%]+$")
-    message(FATAL_ERROR "The prefix has characters that need quotes: ${CMAKE_INSTALL_PREFIX}")
+function(require_plain path)
+    if(NOT path MATCHES "^[-A-Za-z0-9_./+:@,=%]+$")
+        message(FATAL_ERROR "The prefix has characters that need quotes: ${path}")
+    endif()
+endfunction()
+require_plain("${CMAKE_INSTALL_PREFIX}")
+if("$ENV{DESTDIR}" STREQUAL "")
+    # A link may lead to a place with another name.
+    get_filename_component(place "${CMAKE_INSTALL_PREFIX}" ABSOLUTE)
+    while(NOT EXISTS "${place}")
+        get_filename_component(place "${place}" DIRECTORY)
+    endwhile()
+    file(REAL_PATH "${place}" place)
+    require_plain("${place}")
 endif()
 
 function(make_folder path)

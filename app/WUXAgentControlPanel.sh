@@ -7,7 +7,8 @@
 # Status: 0 done; 1 not done, with the reason on standard error; 64 wrong arguments. Never 126 or
 # 127, with which pkexec reports its own failures.
 
-# Nothing of the caller's environment and none of the signals it ignores reaches what follows.
+# Nothing of the environment that pkexec passes on and none of the signals that the caller ignores
+# reaches what follows.
 if [ "${WUXAGENT_ENVIRONMENT-}" != clean ]; then
     exec /usr/bin/env -i --default-signal WUXAGENT_ENVIRONMENT=clean LC_ALL=C \
         PATH=/usr/sbin:/usr/bin:/sbin:/bin /bin/sh -- "$0" "$@"
@@ -276,7 +277,7 @@ RestartAgent() {
         Complain "${unit} is ${state}: not restarted"
         return 1
     fi
-    trap '' HUP INT TERM # once it stops the agent, it starts it again
+    trap '' HUP INT TERM PIPE # once it stops the agent, it starts it again
     StopAgent && StartAgent
 }
 

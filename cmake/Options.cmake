@@ -14,8 +14,8 @@ if(SANITIZERS)
     add_link_options(-fsanitize=${SANITIZERS})
 endif()
 
-# Against faults of memory that become more: addresses at random, tables of addresses read-only from the
-# start, checked stacks and buffers, and no jump to where none is meant to lead.
+# Against faults of memory that an attacker could use: addresses at random, tables of addresses read-only
+# from the start, checked stacks and buffers, and no jump to where none is meant to lead.
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
 check_pie_supported()

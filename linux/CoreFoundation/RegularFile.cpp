@@ -65,6 +65,11 @@ int ReadRegularFile( std::string const& path, std::vector<UInt8>& bytes )
         return EFBIG;
     }
     std::string const itself = "/proc/self/fd/" + std::to_string( item.Get() );
-    Descriptor const file( open( itself.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC ) );
+    int opened = -1;
+    do
+    {
+        opened = open( itself.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC );
+    } while ( opened < 0 && errno == EINTR );
+    Descriptor const file( opened );
     return file.Get() < 0 ? errno : ReadToEnd( file.Get(), size, bytes );
 }

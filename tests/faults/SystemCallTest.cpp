@@ -143,6 +143,12 @@ struct Operation
     std::function<std::string()> run;
 };
 
+// GoogleTest's hook: how a row is called in messages.
+void PrintTo( Operation const& operation, std::ostream* stream )
+{
+    *stream << operation.name;
+}
+
 constexpr char const* kAnyFailure =
     "|DiskFullError|FilePermissionError|CreateUniqueFileLocationFailed";
 constexpr char const* kMake = "(File|Directory)(CreateFailed|Exists)|DirectoryNotFoundError";

@@ -265,7 +265,7 @@ TEST( ForceDelete, LeavesWhatItShouldNotDelete )
 
 TEST( ForceDelete, NeverFollowsALinkThatReplacesAFolderMeanwhile )
 {
-    for ( unsigned const call : { 1, 2 } ) // before it is asked to go, and before it is entered
+    for ( unsigned const call : { 1U, 2U } ) // before it is asked to go, and before it is entered
     {
         TemporaryFolder const folder;
         Shell( folder.Path(), "mkdir -p victim/folder tree/full/inner; touch victim/file" );

@@ -68,6 +68,10 @@ with tempfile.TemporaryDirectory() as folder:
     for name in REFUSED:
         check(f"refuses {name!r}", install(top / name), False)
         check(f"leaves nothing of {name!r}", (top / name).exists(), False)
+    (top / "plain").symlink_to(top / "a blank")
+    (top / "a blank").mkdir()
+    check("refuses what a link leads to", install(top / "plain" / "below"), False)
+    check("leaves nothing there", list((top / "a blank").iterdir()), [])
     check("nothing was carried out", sorted(path.name for path in top.iterdir()),
-          ["link", "real", "root0", "root18", "root63"])
+          ["a blank", "link", "plain", "real", "root0", "root18", "root63"])
 print(f"all checks passed, as user {os.geteuid()}")

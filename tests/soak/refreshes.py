@@ -65,11 +65,13 @@ class Clicks:
 
 
 def state(pid):
-    """The numbers of descriptors and threads, and the memory in KiB."""
+    """The numbers of descriptors and threads, and the memory in KiB: what is its own, wherever the kernel keeps it. Pages
+    of files come and go as the kernel pleases."""
     time.sleep(1)
     process = pathlib.Path("/proc", str(pid))
-    memory = (process / "smaps_rollup").read_text().splitlines()[1].split()[1]
-    return (len(os.listdir(process / "fd")), len(os.listdir(process / "task"))), int(memory)
+    rows = dict(row.split()[:2] for row in (process / "smaps_rollup").read_text().splitlines()[1:])
+    memory = int(rows["Anonymous:"]) + int(rows["Swap:"])
+    return (len(os.listdir(process / "fd")), len(os.listdir(process / "task"))), memory
 
 
 def soak(panel, script):

@@ -43,7 +43,8 @@ extern "C"
     /// (mount option hidepid) are not.
     ///
     /// Returns 0, or -1 with the reason in `errno`:
-    /// - ENOMEM: the buffer is too small; `*oldlenp` tells how much of it was filled;
+    /// - ENOMEM: the buffer is too small, or the system has no memory; `*oldlenp` tells how much
+    ///   of the buffer was filled;
     /// - EPERM: `newp` is not null;
     /// - EFAULT: `name` or `oldlenp` is null;
     /// - ENOENT: `name` is another name, or no process table is mounted on /proc;
