@@ -2,6 +2,7 @@
 #include "files/FileLoop.h"
 #include "files/FileNameErrors.h"
 #include "files/FileReader.h"
+#include "files/mac/UniqueName.h"
 #include "files/MakeFileLocation.h"
 #include "files/ReadFile.h"
 #include "files/UniqueFileLocation.h"
@@ -13,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <cxxabi.h>
 #include <filesystem>
@@ -184,6 +187,21 @@ TEST( FileReader, ReadsAFileToItsEndWhateverSizeItReportsAndToALimit )
             "13FileItemError-36", ErrorOf( path, [&] { ReadFile( At( path ), size + 3 ); } ) );
     }
     EXPECT_NE( std::string::npos, ReadFile( At( "/proc/self/status" ), 100000 ).find( "Pid:" ) );
+}
+
+TEST( UniqueName, HasEachDigitInEachPlace )
+{
+    std::array<std::set<char>, 32> digits;
+    for ( int i = 0; i < 600; i++ )
+    {
+        std::string const name = MacintoshPlatform::MakeUniqueName( "p" );
+        ASSERT_EQ( digits.size() + 1, name.size() );
+        for ( std::size_t place = 0; place < digits.size(); place++ )
+        {
+            digits[place].insert( name[place + 1] );
+        }
+    }
+    EXPECT_EQ( 32, std::ranges::count( digits, 16U, &std::set<char>::size ) );
 }
 
 TEST( UniqueFileLocation, MakesPrivateItemsUnderNewNamesAndTakesNone )

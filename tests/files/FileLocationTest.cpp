@@ -17,6 +17,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <tuple>
 
 namespace
@@ -94,6 +96,21 @@ TEST( LocationPath, IsAbsoluteInTheFileSystemsBytesAndBoundedAndTellsEquality )
                   At( "/." ).IsRoot() || At( "/a/../b" ).Equal( At( "/b" ) ) );
 }
 
+// The code that an error of this class carries.
+template<class Error>
+std::optional<int> CodeOf( std::function<void()> const& action )
+{
+    try
+    {
+        action();
+    }
+    catch ( Error const& error )
+    {
+        return error.GetCode();
+    }
+    return {};
+}
+
 TEST( Location, LeadsUpAndDownAndSidewaysAndToRelativePaths )
 {
     Location const folder = At( "/a/\xc3\xa9" );
@@ -105,9 +122,9 @@ TEST( Location, LeadsUpAndDownAndSidewaysAndToRelativePaths )
     EXPECT_EQ( "/b", Location( At( "/" ), ConstData( "b" ) ).POSIXPath() );
     EXPECT_THROW( Location( folder, "b/c" ), IllegalFileName );
     EXPECT_THROW( Location( folder, "" ), IllegalFileNameLength );
-    EXPECT_THROW( Location( Location(), "b" ), InvalidParentURL );
+    EXPECT_EQ( 0, CodeOf<InvalidParentURL>( [] { Location( Location(), "b" ); } ) );
     EXPECT_THROW( At( "/" ).Name(), IllegalFileNameLength );
-    EXPECT_THROW( At( "/" ).Sibling( name ), RootHasNoParent );
+    EXPECT_EQ( 0, CodeOf<RootHasNoParent>( [&] { At( "/" ).Sibling( name ); } ) );
     EXPECT_THROW( At( "/missing/a" ).Platform().ParentRef(), CFURLGetFSRefFailed );
     EXPECT_TRUE( PlatformLocation( At( "/missing" ).Platform().ParentRef() ).IsRoot() );
 
