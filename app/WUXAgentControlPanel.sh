@@ -242,6 +242,8 @@ StartAgent() {
         return 0
     fi
     if UnitExists; then
+        # Someone asks: it is no matter how often the unit was started of late.
+        Systemctl reset-failed "${unit}" 2>/dev/null || :
         if ! Systemctl start "${unit}"; then
             Complain "the service manager did not start ${unit}"
             return 1
