@@ -17,7 +17,7 @@
 // The C library's loader of encodings leaks when memory runs out.
 extern "C" [[gnu::visibility( "default" )]] char const* __lsan_default_suppressions()
 {
-    return "leak:_dl_map_object_deps\n";
+    return "leak:ld-linux\n";
 }
 
 namespace
