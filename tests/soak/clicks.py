@@ -38,7 +38,8 @@ def processes(pattern):
 
 
 def command_processes():
-    return processes(r"^pkexec:|^polkit-agent-he:|: /bin/sh .*/WUXAgentControlPanel\.sh ")
+    # Anywhere in its line: the script executes itself once more, through env.
+    return processes(r"^pkexec:|^polkit-agent-he:|/WUXAgentControlPanel\.sh -")
 
 
 class Clicks:
@@ -78,13 +79,11 @@ class Clicks:
             check("agents during the prompt", agents(), before)
             self.panel.press("Close")  # Its click would end after the prompt has.
             self.end_prompt(kind, prompts)
-        if "panel killed" in kind:
-            wait_for("the end of the command", lambda: not command_processes())
-            self.open()
         self.check_end(verb, kind, before, prompts)
         check("refusals", ERRORS.read_text().count(NO_AGENT_FOUND) - errors, int(kind == "no agent"))
 
     def end_prompt(self, kind, prompts):
+        script = []
         if kind in ("granted", "polkitd restarted before", "panel killed in the script"):
             prompts.answer(world.PASSWORD)
         elif kind == "wrong password":
@@ -96,9 +95,13 @@ class Clicks:
         elif kind == "polkitd restarted at the prompt":
             self.restart_polkit()
         if kind == "panel killed in the script":
-            wait_for("the script", lambda: processes(": /bin/sh .*/WUXAgentControlPanel"))
+            script = wait_for("the script", lambda: processes(r": /bin/sh .*/WUXAgentControlPanel\.sh -"))
         if "panel killed" in kind:
             self.kill_panel()
+            # While a process executes itself anew, its line is empty: the script is known by its PID.
+            wait_for("the end of the command", lambda: not command_processes()
+                     and not any(os.path.exists(f"/proc/{pid}") for pid in script))
+            self.open()
 
     def check_end(self, verb, kind, before, prompts):
         wait_for("a state", lambda: self.panel.fields()["Status"] in ("Running", "Not running"),
