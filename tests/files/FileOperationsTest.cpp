@@ -138,12 +138,11 @@ std::string Changes( Items const& before, Items const& after )
 /// or "full"; with "dir" in another file system ("mounted"), and locked as well ("walled"); in a
 /// system "old" that cannot rename exclusively; or another process writes "new" or "file" at the
 /// first sync. What running an operation there in a child gave: the error and the changes.
-std::string Outcome( std::string const& place, std::string const& operation,
-    std::string const& from, std::string const& to )
+std::string Outcome( TemporaryFolder const& folder, std::string const& place,
+    std::string const& operation, std::string const& from, std::string const& to )
 {
     if ( place == "walled" && geteuid() != 0 ) // who may mount may write everywhere then
         return "SKIPPED";
-    TemporaryFolder const folder;
     std::string const work = folder.Path( "w" );
     auto const isIn = [&]( std::string_view places )
     { return places.find( place ) != places.npos; };
@@ -239,8 +238,9 @@ TEST( FileOperation, ChangesWhatItSaysOrNothingAndNamesTheFault )
         std::string const text = Replaced( cases, "<255>", std::string( 255, 'n' ) );
         for ( std::sregex_iterator row( text.begin(), text.end(), form ), end; row != end; ++row )
         {
+            TemporaryFolder const folder; // a child could not delete what it mounts on
             std::string const outcome = InChild( [&, place = place]
-                { return Outcome( place, ( *row )[1], ( *row )[2], ( *row )[3] ); } );
+                { return Outcome( folder, place, ( *row )[1], ( *row )[2], ( *row )[3] ); } );
             skipped += outcome == "SKIPPED";
             EXPECT_TRUE( outcome == ( *row )[4] || outcome == "SKIPPED" )
                 << place << ": " << row->str() << "\n"

@@ -67,14 +67,21 @@ std::string About( std::int32_t code, Path const& first, Path const& second = {}
 /// disk of its own in memory there.
 void Check( bool withDisk, void ( *check )( Path const& folder ) )
 {
-    auto const run = [=]() -> std::string
+    TemporaryFolder const disk; // the child could not delete what it mounts on
+    auto const run = [&]() -> std::string
     {
-        if ( !withDisk )
+        if ( withDisk )
+        {
+            if ( !MountPrivately( disk.Path(), "64m" ) )
+                return "may not mount";
+            check( disk.Path() );
+        }
+        else
+        {
             BecomeOrdinaryUser();
-        TemporaryFolder const folder;
-        if ( withDisk && !MountPrivately( folder.Path(), "64m" ) )
-            return "may not mount";
-        check( folder.Path() );
+            TemporaryFolder const folder;
+            check( folder.Path() );
+        }
         return testing::Test::HasFailure() ? "failed" : "passed";
     };
     std::string const result = InChild( run );

@@ -142,6 +142,7 @@ TEST( Bundle, LooksForResourcesInItsFolderFirstAndForLocalOnesInItsLanguageFolde
         EXPECT_EQ( folder.Path( language ) + ".lproj/b", Resource( bundle.get(), "b", "" ) )
             << locale;
     }
+    fs::remove_all( folder.Path( "../x.lproj" ) );
 }
 
 TEST( Resource, IsReadWholeWhateverItsLength )
