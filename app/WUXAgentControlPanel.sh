@@ -236,6 +236,15 @@ HasEnded() {
     UnitIsAtRest
 }
 
+# EndLaunched: ends what was started and has not become the agent, so that no start adds another one.
+EndLaunched() {
+    [ -n "${launched}" ] || return 0
+    ticks=${kill_ticks}
+    kill -s TERM -- "-${launched}" 2>/dev/null || :
+    until HasEnded || ! Tick; do :; done
+    kill -s KILL -- "-${launched}" 2>/dev/null || :
+}
+
 StartAgent() {
     launched=
     if AgentRuns; then
@@ -260,6 +269,7 @@ StartAgent() {
             return 1
         fi
         if ! Tick; then
+            EndLaunched
             Complain "the agent has not come up"
             return 1
         fi
