@@ -8,6 +8,7 @@
 template<typename To, typename From>
 class EncodingCaster;
 
+/// To a string of the same bytes.
 template<>
 class EncodingCaster<std::string, UStringRef<UTF8>>
 {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The encodings that text can be typed by. Each is an empty tag; `Unit` is one code unit and
-// `kLongestCharacter` the most units that one character takes.
+/// The encodings that text can be typed by. Each is an empty tag; `Unit` is one code unit and
+/// `kLongestCharacter` the most units that one character takes.
 
 /// Unicode in 8-bit units.
 struct UTF8

@@ -5,8 +5,8 @@
 #include "foundation/ConstDataOfCapacity.h"
 #include "foundation/DebuggableException.h"
 
-// Text in the encoding of the process's C locale, converted by the C library. No state is kept
-// between calls. The locale must not be changed while another thread converts.
+/// Text in the encoding of the process's C locale, converted by the C library. No state is kept
+/// between calls. The locale must not be changed while another thread converts.
 
 namespace MacintoshPlatform
 {

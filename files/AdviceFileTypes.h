@@ -1,6 +1,6 @@
 #pragma once
 
-// The names of the files that hold content: their extensions, with the point.
+/// The names of the files that hold content: their extensions, with the point.
 extern char const cRESERVED_FILE_EXTENSION_SITE_DEFINITION[];
 extern char const cRESERVED_FILE_EXTENSION_ADVICE_POOL[];
 extern char const cRESERVED_FILE_EXTENSION_ADVICE_FILE[];
@@ -12,7 +12,7 @@ extern char const cRESERVED_FILE_EXTENSION_SITE_BACKUP_LOG_FILE[];
 extern char const cRESERVED_FILE_EXTENSION_DLL[];
 extern char const cRESERVED_FILE_EXTENSION_NOTATION[];
 
-// These kinds have no extension on this platform: the texts are empty.
+/// These kinds have no extension on this platform: the texts are empty.
 extern char const cRESERVED_FILE_EXTENSION_SITE_DATA[];
 extern char const cRESERVED_FILE_EXTENSION_PREFERENCES[];
 extern char const cRESERVED_FILE_EXTENSION_PROFILE[];

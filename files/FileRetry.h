@@ -50,6 +50,7 @@ void ForceNonexistenceWithRetry( FileLocation const& location, FileRetryLog cons
 void DeleteFileWithRetry( FileLocation const& location, FileRetryLog const& log );
 void DeleteDirectoryWithRetry( FileLocation const& location, FileRetryLog const& log );
 
+/// The same for operations with two locations.
 void ForceCopyFileWithRetry(
     FileLocation const& from, FileLocation const& to, FileRetryLog const& log );
 void ForceMoveFileWithRetry(
@@ -57,6 +58,7 @@ void ForceMoveFileWithRetry(
 void CopyFileWithRetry( FileLocation const& from, FileLocation const& to, FileRetryLog const& log );
 void MoveFileWithRetry( FileLocation const& from, FileLocation const& to, FileRetryLog const& log );
 
+/// The same for operations that make an item.
 void ForceDirectoryExistenceWithInfoWithRetry(
     FileLocation const& location, DirectoryCreatingInfo const& info, FileRetryLog const& log );
 void ForceDirectoryExistenceWithRetry( FileLocation const& location, FileRetryLog const& log );

@@ -25,8 +25,8 @@ class DataFilter
     /// Writes held-back output to `out`, as much as there is room for.
     virtual void Flush( Buffer& out );
 
-    // Forms for plain ranges. They do nothing if a plain range is empty, and how far one was used
-    // is not told.
+    /// Forms for plain ranges. They do nothing if a plain range is empty, and how far one was used
+    /// is not told.
 
     void operator()( ConstData in, Data out );
     void operator()( ConstBuffer& in, Data out );

@@ -7,9 +7,9 @@
 
 #include <string>
 
-// Each pumps everything that `reader` yields from where it stands, as one stream, in pieces of at
-// most 4096 bytes. Exceptions of the reader and the receiver pass through; the receiver is not
-// ended then.
+/// Each pumps everything that `reader` yields from where it stands, as one stream, in pieces of at
+/// most 4096 bytes. Exceptions of the reader and the receiver pass through; the receiver is not
+/// ended then.
 
 /// There is one piece for each time the reader was asked, even if it delivered nothing.
 void ReadReader( DataReader& reader, DataReceiver& receiver );

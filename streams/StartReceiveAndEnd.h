@@ -5,8 +5,8 @@
 #include "streams/DataFilter.h"
 #include "streams/DataReceiver.h"
 
-// Each pushes one whole stream into a receiver, the forms with a filter through that filter.
-// Exceptions pass through; the receiver is not ended then.
+/// Each pushes one whole stream into a receiver, the forms with a filter through that filter.
+/// Exceptions pass through; the receiver is not ended then.
 
 void StartReceiveAndEnd( DataReceiver& receiver, ConstData data );
 

@@ -22,6 +22,7 @@ extern "C"
         CFIndex version;
     } CFDictionaryKeyCallBacks;
 
+    /// The same for values.
     typedef struct CFDictionaryValueCallBacks
     {
         CFIndex version;

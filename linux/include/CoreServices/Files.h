@@ -71,6 +71,7 @@ extern "C"
         kFSNodeIsDirectoryMask = 0x10
     };
 
+    /// Who may do what with an item.
     typedef struct FSPermissionInfo
     {
         UInt32 userID;
@@ -125,6 +126,7 @@ extern "C"
         kioFlAttribDirMask = 0x10
     };
 
+    /// What PBGetCatInfoSync is given and fills; the record serves files and folders.
     typedef union CInfoPBRec
     {
         HFileInfo hFileInfo;

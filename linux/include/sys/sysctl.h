@@ -16,6 +16,7 @@
 
 extern "C"
 {
+    /// What the table says about a process.
     struct extern_proc
     {
         pid_t p_pid;
