@@ -1,11 +1,13 @@
 #include "app/ApplicationMain.h"
 
 #include "app/ControlPanel.h"
+#include "app/Language.h"
 
 #include <QApplication>
+#include <QIcon>
+#include <QImageReader>
 #include <QLocale>
 #include <QPixmapCache>
-#include <QTranslator>
 
 #include <csignal>
 #include <fontconfig/fontconfig.h>
@@ -29,14 +31,18 @@ int ApplicationMain( int argc, char** argv )
     QCoreApplication::setApplicationVersion( QStringLiteral( CONTROL_PANEL_VERSION ) );
     QGuiApplication::setDesktopFileName( QStringLiteral( "WUXAgentControlPanel" ) );
 
-    QTranslator translator;
-    if ( translator.load( QLocale(), QStringLiteral( "WUXAgentControlPanel" ),
-             QStringLiteral( "_" ),
-             QCoreApplication::applicationDirPath() +
-                 QStringLiteral( "/../share/WUXAgentControlPanel/translations" ) ) )
-    {
-        QCoreApplication::installTranslator( &translator );
-    }
+    QString const resources =
+        QCoreApplication::applicationDirPath() + QStringLiteral( "/../share/" );
+    Language const language(
+        QLocale(), resources + QStringLiteral( "WUXAgentControlPanel/translations" ) );
+    // The icon theme, which has the icon in every size, is first asked by the about box, and this
+    // picture is read without a look for plugins: both would cost a part of the start.
+    QString const icons = resources + QStringLiteral( "icons" );
+    QIcon::setThemeSearchPaths( QIcon::themeSearchPaths() << icons );
+    QImageReader icon(
+        icons + QStringLiteral( "/hicolor/48x48/apps/WUXAgentControlPanel.png" ), "png" );
+    icon.setAutoDetectImageFormat( false );
+    QApplication::setWindowIcon( QPixmap::fromImage( icon.read() ) );
 
     ControlPanel panel;
     panel.show();

@@ -1,10 +1,32 @@
 #include "app/ControlPanel.h"
 
+#include "app/Announcer.h"
 #include "app/InputGate.h"
 #include "app/WUXAgentDelegate.h"
 #include "ui_ControlPanel.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QRegularExpression>
 #include <QShortcut>
+
+#include <utility>
+
+namespace
+{
+
+constexpr QSize kAboutIconSize( 64, 64 );
+constexpr int kAboutCharacters = 45;
+
+// "&Caption" or, where the letter is none of the caption's own, "Caption(&C)".
+QString WithoutMnemonic( QString caption )
+{
+    static QRegularExpression const mark( QStringLiteral( "\\s*\\(&.\\)|&" ) );
+    return caption.remove( mark );
+}
+
+} // namespace
 
 ControlPanel::ControlPanel() : mForm( std::make_unique<Ui::ControlPanel>() )
 {
@@ -16,8 +38,13 @@ ControlPanel::ControlPanel() : mForm( std::make_unique<Ui::ControlPanel>() )
 
     ConnectOutlets();
     ConnectActions();
+    FillAboutBox();
     mDelegate->awakeFromNib();
     mForm->mCloseButton->setFocus();
+
+    mAnnouncer = std::make_unique<Announcer>( *this );
+    connect(
+        mForm->mAgentStatusText, &QLineEdit::textChanged, mAnnouncer.get(), &Announcer::Announce );
 }
 
 ControlPanel::~ControlPanel() = default;
@@ -41,6 +68,12 @@ void ControlPanel::ConnectActions()
     {
         InputGate::OnClick( *button, [this, button] { mDelegate->performClick( button ); } );
     }
+    InputGate::OnClick( *mForm->mAboutButton, [this] { OpenAboutBox(); } );
+    InputGate::OnClick( *mForm->mAboutCloseButton, [this] { mForm->mAboutBox->hide(); } );
+    InputGate::OnClick( *mForm->mCopyButton, [this] { CopyDetails(); } );
+    auto* const copy = new QShortcut( Qt::CTRL | Qt::SHIFT | Qt::Key_C, this );
+    connect( copy, &QShortcut::activated, mForm->mCopyButton, &QAbstractButton::click );
+
     installEventFilter( mDelegate.get() );
     for ( auto const key : { QKeySequence::Cancel, QKeySequence::Close, QKeySequence::Quit } )
     {
@@ -48,4 +81,36 @@ void ControlPanel::ConnectActions()
         connect( shortcut, &QShortcut::activated, mDelegate.get(),
             [this] { mDelegate->performClose(); } );
     }
+}
+
+void ControlPanel::FillAboutBox()
+{
+    mForm->mAboutVersion->setText(
+        mForm->mAboutVersion->text().arg( QCoreApplication::applicationVersion() ) );
+    mForm->mAboutText->setMinimumWidth( fontMetrics().averageCharWidth() * kAboutCharacters );
+    mForm->mAboutCloseButton->setFocus();
+}
+
+void ControlPanel::OpenAboutBox()
+{
+    QIcon const icon =
+        QIcon::fromTheme( QCoreApplication::applicationName(), QGuiApplication::windowIcon() );
+    mForm->mAboutIcon->setPixmap( icon.pixmap( kAboutIconSize ) );
+    mForm->mAboutIcon->setVisible( !icon.isNull() );
+    mForm->mAboutBox->open();
+}
+
+void ControlPanel::CopyDetails()
+{
+    QString lines;
+    for ( auto const& [caption, field] :
+        { std::pair( mForm->mAgentStatusTextCaption, mForm->mAgentStatusText ),
+            std::pair( mForm->mInstalledLocationTextCaption, mForm->mInstalledLocationText ),
+            std::pair( mForm->mVersionTextCaption, mForm->mVersionText ),
+            std::pair( mForm->mPIDTextCaption, mForm->mPIDText ) } )
+    {
+        lines += WithoutMnemonic( caption->text() ) + QStringLiteral( ": " ) +
+                 field->text().simplified() + QLatin1Char( '\n' );
+    }
+    QGuiApplication::clipboard()->setText( lines );
 }

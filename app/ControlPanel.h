@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class Announcer;
 class WUXAgentDelegate;
 
 namespace Ui
@@ -15,7 +16,8 @@ class ControlPanel;
 /// and the one WUXAgentDelegate.
 ///
 /// The constructor loads the form, connects the delegate's outlets, the buttons' clicks, and the
-/// ways of closing, and wakes the delegate, which fills the window.
+/// ways of closing, and wakes the delegate, which fills the window. What the delegate has no part
+/// in is done here: the about box, the copy of the fields' texts, the announcement of a new status.
 class ControlPanel : public QDialog
 {
     Q_OBJECT
@@ -27,7 +29,11 @@ class ControlPanel : public QDialog
   private:
     void ConnectOutlets();
     void ConnectActions();
+    void FillAboutBox();
+    void OpenAboutBox();
+    void CopyDetails();
 
     std::unique_ptr<Ui::ControlPanel> mForm;
     std::unique_ptr<WUXAgentDelegate> mDelegate;
+    std::unique_ptr<Announcer> mAnnouncer;
 };

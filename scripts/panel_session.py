@@ -85,19 +85,17 @@ class Panel:
 
     def __init__(self, command, env=None):
         self.process = subprocess.Popen(command, env=env)
-        self.window = wait_for("the panel's window", self._find_window, process=self.process)
-        wait_for("the panel's buttons", lambda: len(self.buttons()) == 3)
+        self.window = wait_for("the panel's window", self.windows, process=self.process)[0]
+        wait_for("the panel's buttons", lambda: len(self.buttons()) == 5)
 
-    def _find_window(self):
+    def windows(self):
+        """Its windows that are shown: its own, and the about box."""
         desktop = Atspi.get_desktop(0)
-        for i in range(desktop.get_child_count()):
-            application = desktop.get_child_at_index(i)
-            if application and application.get_process_id() == self.process.pid:
-                for j in range(application.get_child_count()):
-                    window = application.get_child_at_index(j)
-                    if window.get_state_set().contains(Atspi.StateType.SHOWING):
-                        return window
-        return None
+        applications = [desktop.get_child_at_index(i) for i in range(desktop.get_child_count())]
+        windows = [application.get_child_at_index(i) for application in applications
+                   if application and application.get_process_id() == self.process.pid
+                   for i in range(application.get_child_count())]
+        return [window for window in windows if window.get_state_set().contains(Atspi.StateType.SHOWING)]
 
     def _descendants(self, node=None):
         node = node or self.window

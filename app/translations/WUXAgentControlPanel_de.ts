@@ -9,35 +9,35 @@
     </message>
     <message>
         <source>Status</source>
-        <translation>Status</translation>
+        <translation>&amp;Status</translation>
     </message>
     <message>
         <source>Installed location</source>
-        <translation>Installationsort</translation>
+        <translation>&amp;Installationsort</translation>
     </message>
     <message>
         <source>Version</source>
-        <translation>Version</translation>
+        <translation>&amp;Version</translation>
     </message>
     <message>
         <source>PID</source>
-        <translation>PID</translation>
+        <translation>&amp;PID</translation>
     </message>
     <message>
         <source>Stop Agent</source>
-        <translation>Agent anhalten</translation>
+        <translation>&amp;Agent anhalten</translation>
     </message>
     <message>
         <source>Start Agent</source>
-        <translation>Agent starten</translation>
+        <translation>&amp;Agent starten</translation>
     </message>
     <message>
         <source>Restart Agent</source>
-        <translation>Agent neu starten</translation>
+        <translation>Agent &amp;neu starten</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation>Schließen</translation>
+        <translation>S&amp;chließen</translation>
     </message>
     <message>
         <source>Running</source>
@@ -68,12 +68,32 @@
         <translation>Wird neu gestartet</translation>
     </message>
     <message>
+        <source>Copy Details</source>
+        <translation>Details &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the four fields as text, for a report</source>
+        <translation>Die vier Felder als Text für einen Bericht kopieren</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Ü&amp;ber</translation>
+    </message>
+    <message>
         <source>About WUXAgent Control Panel</source>
         <translation>Über die WUXAgent-Verwaltung</translation>
     </message>
     <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
         <source>Shows whether the WUXAgent runs, where it is installed and which version it is, and stops, starts and restarts it.</source>
-        <translation>Zeigt, ob der WUXAgent läuft, wo und in welcher Version er installiert ist, und hält ihn an, startet ihn und startet ihn neu.</translation>
+        <translation>Zeigt, ob der WUXAgent läuft, wo und in welcher Version er installiert ist, und erlaubt es, ihn anzuhalten, zu starten und neu zu starten.</translation>
+    </message>
+    <message>
+        <source>Copyright © 2026 the makers of the WUXAgent. All rights reserved.</source>
+        <translation>Copyright © 2026 die Hersteller des WUXAgent. Alle Rechte vorbehalten.</translation>
     </message>
 </context>
 </TS>

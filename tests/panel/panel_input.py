@@ -11,22 +11,36 @@ def xdotool(*arguments):
     return subprocess.check_output(["xdotool", *arguments], text=True)
 
 
+def selection(name):
+    """The text of the "clipboard" or of the "primary" selection, if there is any."""
+    return subprocess.run(["xclip", "-out", "-selection", name], stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, text=True).stdout
+
+
+PANEL, ABOUT_BOX = "^WUXAgent Control Panel$", "^About"
+
+
 class Input:
     def __init__(self, panel):
         self.panel = panel
 
-    def window(self):
-        return xdotool("search", "--sync", "--onlyvisible", "--name",
-                       "WUXAgent Control Panel").split()[0]
+    def window(self, title=PANEL):
+        return xdotool("search", "--sync", "--onlyvisible", "--name", title).split()[0]
 
-    def press_keys(self, *keys):
-        xdotool("windowfocus", "--sync", self.window())
+    def press_keys(self, *keys, window=PANEL):
+        xdotool("windowfocus", "--sync", self.window(window))
         xdotool("key", *keys)
 
     def click(self, title, repeat=1):
         box = Atspi.Component.get_extents(self.panel.button(title), Atspi.CoordType.SCREEN)
         xdotool("mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2),
                 "click", "--repeat", str(repeat), "--delay", "0", "1")
+
+    def drag_over(self, field):
+        box = Atspi.Component.get_extents(field, Atspi.CoordType.SCREEN)
+        y = str(box.y + box.height // 2)
+        xdotool("mousemove", str(box.x + 1), y, "mousedown", "1", "mousemove", str(box.x + box.width - 1), y,
+                "mouseup", "1")
 
     def ask_to_close(self):
         server = xdisplay.Display()
@@ -49,6 +63,7 @@ class Input:
             self.click(title)
 
     def press_all_keys(self):
-        self.press_keys("Escape", "space", "Tab", "space", "Return", "ctrl+w", "ctrl+q")
+        self.press_keys("Escape", "space", "Tab", "space", "Return", "ctrl+w", "ctrl+q",
+                        "ctrl+shift+c", "alt+a", "alt+y", "alt+t", "alt+c")
 
     WAYS = (press_all, click_all, press_all_keys, ask_to_close)

@@ -7,6 +7,7 @@ import os
 import pathlib
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -16,8 +17,8 @@ import unittest
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
 sys.path.insert(0, str(SCRIPTS))
 
-from panel_input import Input, xdotool  # noqa: E402
-from panel_session import Atspi, Desktop, Panel, wait_for  # noqa: E402
+from panel_input import ABOUT_BOX, Input, selection, xdotool  # noqa: E402
+from panel_session import Atspi, Desktop, GLib, Panel, wait_for  # noqa: E402
 
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 NAME = "WUXAgentControlPanel"
@@ -84,7 +85,8 @@ class PanelTest(unittest.TestCase):
             {"Status": status, "Installed location": location, "Version": version, "PID": pid})
         self.assertEqual(
             self.panel.buttons(),
-            {stop: stop_enabled, "Restart Agent": restart_enabled, "Close": True})
+            {stop: stop_enabled, "Restart Agent": restart_enabled, "About": True, "Copy Details": True,
+             "Close": True})
 
     def expect_stopped(self, version="9.1.2"):
         self.expect("Not running", str(BUNDLE), version, "N/A", "Start Agent", True, False)
@@ -196,6 +198,7 @@ class PanelTest(unittest.TestCase):
         self.panel.wait_for_field("Status", "Running")
         time.sleep(0.5)
         self.assertIsNone(self.panel.process.poll())
+        self.assertEqual((len(self.panel.windows()), selection("clipboard")), (1, ""))
 
         # And the window is as alive as before, but two clicks in one go are one command.
         for times in range(1, 5):
@@ -233,8 +236,10 @@ class PanelTest(unittest.TestCase):
     def test_texts_are_in_the_users_language(self):
         self.open("de_DE.UTF-8")
         self.assertEqual(self.panel.fields()["Status"], "Läuft nicht")
-        self.assertEqual(self.panel.buttons(), {"Agent starten": False, "Agent neu starten": False,
-                                                "Schließen": True})
+        self.assertEqual(self.panel.buttons(), {
+            "Agent starten": False, "Agent neu starten": False, "Über": True, "Details kopieren": True,
+            "Schließen": True})
+        self.assertEqual([n.get_name() for n in self.panel._descendants() if "&" in n.get_name()], [])
 
     def test_window_is_printed_in_english_for_every_user(self):
         picture = self.folder / "panel.png"
@@ -253,9 +258,75 @@ class PanelTest(unittest.TestCase):
         for name in order:
             self.input.press_keys("Tab")
             time.sleep(0.1)
-            self.assertEqual(name, next(
-                node.get_name() for node in self.panel._descendants()
-                if node.get_state_set().contains(Atspi.StateType.FOCUSED)))
+            self.assertEqual(name, self.focus())
+
+    def test_mnemonics_reach_everything(self):
+        self.install_bundle_and_recording_panel()
+        self.go.touch()
+        pid = self.start_agent()
+        self.open()
+        self.input.press_keys("alt+r")
+        wait_for("the script's call", lambda: self.calls() == ["-restart"])
+        self.panel.wait_for_field("Status", "Running")
+        for key, field in (("s", "Status"), ("i", "Installed location"), ("v", "Version"), ("p", "PID")):
+            self.input.press_keys(f"alt+{key}")
+            wait_for(field, lambda: self.focus() == field)
+
+        details = f"Status: Running\nInstalled location: {BUNDLE}\nVersion: 9.1.2\nPID: {pid}\n"
+        for key in ("alt+y", "ctrl+shift+c"):
+            self.input.press_keys(key)
+            wait_for("the copy", lambda: selection("clipboard") == details)
+            subprocess.run(["xclip", "-selection", "clipboard"], input=b"", check=True)
+
+        for key in ("Escape", "alt+c"):
+            self.input.press_keys("alt+a")
+            wait_for("the about box", lambda: len(self.panel.windows()) == 2)
+            self.input.press_keys(key, window=ABOUT_BOX)
+            wait_for("the panel alone", lambda: len(self.panel.windows()) == 1)
+        self.expect_running(pid)
+        self.input.press_keys("alt+c")
+        self.assertEqual((self.panel.wait_for_end(), self.calls()), (0, ["-restart"]))
+
+    def test_values_are_selected_from_the_first_press_on(self):
+        shutil.copytree(SAMPLE, BUNDLE)
+        self.open()
+        field = next(n for n in self.panel._descendants() if n.get_name() == "Installed location"
+                     and n.get_role() == Atspi.Role.TEXT)
+        self.input.drag_over(field)
+        wait_for("the whole", lambda: selection("primary") == str(BUNDLE))
+        self.input.press_keys("shift+Tab")
+        xdotool("windowsize", "--sync", self.input.window(), "250", "220")  # Now it is too long.
+        self.input.drag_over(field)
+        wait_for("its beginning", lambda: 5 < len(selection("primary")) < len(str(BUNDLE)))
+        self.assertTrue(str(BUNDLE).startswith(selection("primary")))
+
+    def test_a_new_status_is_announced(self):
+        self.install_bundle_and_recording_panel()
+        pid = self.start_agent()
+        self.open()
+        said = []
+        listener = Atspi.EventListener.new(lambda event: said.append(
+            (event.source.get_role(), event.source.get_name())))
+        listener.register("object:state-changed:showing")
+        self.addCleanup(listener.deregister, "object:state-changed:showing")
+
+        def hear(text):
+            def is_heard():
+                while GLib.MainContext.default().iteration(False):
+                    pass
+                return (Atspi.Role.NOTIFICATION, text) in said
+            wait_for(f"{text!r} to be said", is_heard, 5)
+
+        self.panel.press("Stop Agent")
+        hear("Stopping")
+        os.kill(int(pid), signal.SIGKILL)
+        os.waitpid(int(pid), 0)
+        self.go.touch()
+        hear("Not running")
+
+    def focus(self):
+        return next(node.get_name() for node in self.panel._descendants()
+                    if node.get_state_set().contains(Atspi.StateType.FOCUSED))
 
     def picture(self):
         path = self.folder / "picture.png"

@@ -12,11 +12,13 @@ import tempfile
 BUILD = sys.argv[1]
 NAME = "WUXAgentControlPanel"
 OWN = f"share/{NAME}"
+LANGUAGES = ("ar", "de", "en", "es", "fr", "it", "ja", "pt_BR", "zh_CN")
 POLICY = "share/polkit-1/actions/org.wuxagent.controlpanel.policy"
 FOLDERS = ("usr", "usr/bin", "usr/share", "usr/share/applications", f"usr/{OWN}",
            f"usr/{OWN}/translations", "usr/share/polkit-1", "usr/share/polkit-1/actions")
 FILES = {f"usr/bin/{NAME}": 0o755, f"usr/{OWN}/{NAME}.sh": 0o755, f"usr/{OWN}/Info.plist": 0o644,
-         f"usr/{OWN}/translations/{NAME}_de.qm": 0o644, f"usr/{POLICY}": 0o644,
+         **{f"usr/{OWN}/translations/{NAME}_{language}.qm": 0o644 for language in LANGUAGES},
+         f"usr/{POLICY}": 0o644,
          f"usr/share/applications/{NAME}.desktop": 0o644}
 EXPECTED = {**{folder: stat.S_IFDIR | 0o755 for folder in FOLDERS},
             **{file: stat.S_IFREG | mode for file, mode in FILES.items()}}

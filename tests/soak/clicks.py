@@ -120,7 +120,7 @@ class Clicks:
         check("the window", (fields["Status"], fields["PID"], self.panel.buttons()),
               ("Not running" if pid == "N/A" else "Running", pid,
                {"Start Agent" if pid == "N/A" else "Stop Agent": True, "Restart Agent": pid != "N/A",
-                "Close": True}))
+                "About": True, "Copy Details": True, "Close": True}))
         now = len(os.listdir(f"/proc/{self.panel.process.pid}/fd"))
         check("descriptors", now, self.descriptors or now)
         self.descriptors = now
