@@ -12,7 +12,12 @@ function(add_layer name)
         add_library(${name} STATIC ${arg_SOURCES})
         set(scope PUBLIC)
         target_compile_features(${name} PUBLIC cxx_std_20)
-        target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE project_options ${arg_PRIVATE_LINKS})
+        # What the project is compiled with is no matter of those who use the installed library.
+        target_link_libraries(${name} PUBLIC ${arg_LINKS}
+            PRIVATE $<BUILD_INTERFACE:project_options> ${arg_PRIVATE_LINKS})
+        # Installed, lib/ is everybody's: "files" alone would be too plain a name there.
+        string(TOLOWER wux${name} output_name)
+        set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output_name})
     else()
         add_library(${name} INTERFACE)
         set(scope INTERFACE)

@@ -1,4 +1,4 @@
-"""installation_test.py BUILD: what an installation puts where, whose it is and who may write it,
+"""installation_test.py BUILD: what the panel's installation puts where, whose it is and who may write it,
 whatever the umask; the script that the policy names; and the prefixes that are refused."""
 
 import os
@@ -14,12 +14,15 @@ NAME = "WUXAgentControlPanel"
 OWN = f"share/{NAME}"
 LANGUAGES = ("ar", "de", "en", "es", "fr", "it", "ja", "pt_BR", "zh_CN")
 POLICY = "share/polkit-1/actions/org.wuxagent.controlpanel.policy"
-FOLDERS = ("usr", "usr/bin", "usr/share", "usr/share/applications", f"usr/{OWN}",
-           f"usr/{OWN}/translations", "usr/share/polkit-1", "usr/share/polkit-1/actions")
 FILES = {f"usr/bin/{NAME}": 0o755, f"usr/{OWN}/{NAME}.sh": 0o755, f"usr/{OWN}/Info.plist": 0o644,
          **{f"usr/{OWN}/translations/{NAME}_{language}.qm": 0o644 for language in LANGUAGES},
-         f"usr/{POLICY}": 0o644,
-         f"usr/share/applications/{NAME}.desktop": 0o644}
+         **{f"usr/share/{file}": 0o644 for file in (
+             f"applications/{NAME}.desktop", f"icons/hicolor/48x48/apps/{NAME}.png",
+             f"icons/hicolor/scalable/apps/{NAME}.svg",
+             f"icons/hicolor/symbolic/apps/{NAME}-symbolic.svg", f"man/man1/{NAME}.1",
+             "metainfo/org.wuxagent.controlpanel.metainfo.xml",
+             "polkit-1/actions/org.wuxagent.controlpanel.policy")}}
+FOLDERS = {str(folder) for file in FILES for folder in pathlib.PurePath(file).parents} - {"."}
 EXPECTED = {**{folder: stat.S_IFDIR | 0o755 for folder in FOLDERS},
             **{file: stat.S_IFREG | mode for file, mode in FILES.items()}}
 REFUSED = ("My Panel", "it's", 'a"b', "$(touch made)", "`touch made`", "a;b", "a\nb", "a&b", "<a>",
@@ -31,12 +34,12 @@ def check(what, got, expected):
         sys.exit(f"FAILED: {what}:\n     got {got}\nexpected {expected}")
 
 
-def install(prefix, destination=None, umask=0o022):
+def install(prefix, destination=None, umask=0o022, component=("--component", "panel")):
     """Whether it succeeds."""
     environment = {key: value for key, value in os.environ.items() if key != "DESTDIR"}
     if destination:
         environment["DESTDIR"] = str(destination)
-    return subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], env=environment,
+    return subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix, *component], env=environment,
                           umask=umask, stdout=subprocess.DEVNULL,
                           stderr=subprocess.DEVNULL).returncode == 0
 
@@ -68,7 +71,7 @@ with tempfile.TemporaryDirectory() as folder:
         check("installs", install(prefix), True)
         check("script without a link", scripts(top / "real" / POLICY), {f"{top}/real/{OWN}/{NAME}.sh"})
     for name in REFUSED:
-        check(f"refuses {name!r}", install(top / name), False)
+        check(f"refuses {name!r}", install(top / name, component=()), False)
         check(f"leaves nothing of {name!r}", (top / name).exists(), False)
     (top / "plain").symlink_to(top / "a blank")
     (top / "a blank").mkdir()

@@ -57,9 +57,8 @@ def check_fate(what, before, fate):
     check(f"{what}: {before}, {after}, {fate}", FATES[fate](before, after), True)
 
 
-def enter(build, *programs):
-    """Makes the world of the panel built in `build`, with `programs` in /usr/bin, goes there and
-    becomes the user. Returns the helper script's path, which the policy names."""
+def make_root():
+    """The machine as it is, over which changes go to /run/upper, and with an empty /run. Its place."""
     mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
     root = pathlib.Path("/run/root")
     for folder in (root, "/run/upper", "/run/work"):
@@ -68,9 +67,15 @@ def enter(build, *programs):
     mount("-t", "tmpfs", "-o", "mode=755", "tmpfs", root / "run")
     for folder in ("dev", "proc", "sys"):
         mount("--rbind", f"/{folder}", root / folder)
+    return root
 
+
+def enter(build, *programs):
+    """Makes the world of the panel built in `build`, with `programs` in /usr/bin, goes there and
+    becomes the user. Returns the helper script's path, which the policy names."""
+    root = make_root()
     os.umask(0o022)
-    subprocess.run(["cmake", "--install", build, "--prefix", "/usr"],
+    subprocess.run(["cmake", "--install", build, "--component", "panel", "--prefix", "/usr"],
                    env=dict(os.environ, DESTDIR=str(root)), stdout=subprocess.DEVNULL, check=True)
     bundle = root / "Library/WUXAgent/WUXAgent.app"
     shutil.copytree(f"{build}/sample/WUXAgent.app", bundle)

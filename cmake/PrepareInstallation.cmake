@@ -1,5 +1,4 @@
-# The first step of an installation: refuses what could not work, and makes the `folders` below the
-# prefix that are not there yet, which all users may read and only their owner change, whatever the umask.
+# The first step of an installation: refuses what could not work.
 
 # Neither the panel's command line nor the policy quotes the script's path.
 function(require_plain path)
@@ -18,6 +17,7 @@ if("$ENV{DESTDIR}" STREQUAL "")
     require_plain("${place}")
 endif()
 
+# install_folders calls this: makes what is not there yet.
 function(make_folder path)
     if(NOT IS_DIRECTORY "${path}")
         get_filename_component(parent "${path}" DIRECTORY)
@@ -27,8 +27,3 @@ function(make_folder path)
                                          WORLD_READ WORLD_EXECUTE)
     endif()
 endfunction()
-
-get_filename_component(prefix "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}" ABSOLUTE)
-foreach(folder IN LISTS folders)
-    make_folder("${prefix}/${folder}")
-endforeach()
