@@ -8,6 +8,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QRegularExpression>
 #include <QShortcut>
 
@@ -28,7 +29,8 @@ QString WithoutMnemonic( QString caption )
 
 } // namespace
 
-ControlPanel::ControlPanel() : mForm( std::make_unique<Ui::ControlPanel>() )
+ControlPanel::ControlPanel()
+    : QDialog( nullptr, Qt::Window ), mForm( std::make_unique<Ui::ControlPanel>() )
 {
     mForm->setupUi( this );
 
@@ -43,11 +45,23 @@ ControlPanel::ControlPanel() : mForm( std::make_unique<Ui::ControlPanel>() )
     mForm->mCloseButton->setFocus();
 
     mAnnouncer = std::make_unique<Announcer>( *this );
-    connect(
-        mForm->mAgentStatusText, &QLineEdit::textChanged, mAnnouncer.get(), &Announcer::Announce );
+    connect( mForm->mAgentStatusText, &QLineEdit::textChanged, mAnnouncer.get(),
+        [this] { mAnnouncer->Announce( mForm->mAgentStatusText->text() ); } );
 }
 
 ControlPanel::~ControlPanel() = default;
+
+void ControlPanel::keyPressEvent( QKeyEvent* event )
+{
+    auto* const button = qobject_cast<QPushButton*>( focusWidget() );
+    bool const isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if ( button != nullptr && isEnter && !event->isAutoRepeat() )
+    {
+        button->click();
+        return;
+    }
+    QDialog::keyPressEvent( event );
+}
 
 void ControlPanel::ConnectOutlets()
 {
@@ -74,6 +88,9 @@ void ControlPanel::ConnectActions()
     auto* const copy = new QShortcut( Qt::CTRL | Qt::SHIFT | Qt::Key_C, this );
     connect( copy, &QShortcut::activated, mForm->mCopyButton, &QAbstractButton::click );
 
+    auto* const closeAboutBox = new QShortcut( QKeySequence::Close, mForm->mAboutBox );
+    connect( closeAboutBox, &QShortcut::activated, mForm->mAboutBox, &QWidget::hide );
+
     installEventFilter( mDelegate.get() );
     for ( auto const key : { QKeySequence::Cancel, QKeySequence::Close, QKeySequence::Quit } )
     {
@@ -96,8 +113,9 @@ void ControlPanel::OpenAboutBox()
     QIcon const icon =
         QIcon::fromTheme( QCoreApplication::applicationName(), QGuiApplication::windowIcon() );
     mForm->mAboutIcon->setPixmap( icon.pixmap( kAboutIconSize ) );
-    mForm->mAboutIcon->setVisible( !icon.isNull() );
-    mForm->mAboutBox->open();
+    mForm->mAboutBox->show();
+    mForm->mAboutBox->raise();
+    mForm->mAboutBox->activateWindow();
 }
 
 void ControlPanel::CopyDetails()

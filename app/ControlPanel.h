@@ -26,6 +26,9 @@ class ControlPanel : public QDialog
     ControlPanel();
     ~ControlPanel() override;
 
+  protected:
+    void keyPressEvent( QKeyEvent* event ) override;
+
   private:
     void ConnectOutlets();
     void ConnectActions();

@@ -30,7 +30,7 @@ std::string PathForResource( char const* name, char const* type )
 }
 
 // A path that is not one plain word breaks the command line, which could name another program then.
-bool IsCommand( std::string const& commandLine, std::vector<std::string> const& words )
+bool SplitsInto( std::string const& commandLine, std::vector<std::string> const& words )
 {
     return SplitIntoWords( commandLine ) == words;
 }
@@ -43,7 +43,7 @@ bool executeScriptSudo( char const* argument )
     {
         std::string const path = PathForResource( "WUXAgentControlPanel", "sh" );
         std::string const commandLine = path + ' ' + argument;
-        return IsCommand( commandLine, { path, argument } ) && RunWhileWindowWaits( commandLine );
+        return SplitsInto( commandLine, { path, argument } ) && RunWhileWindowWaits( commandLine );
     }
     catch ( ... )
     {

@@ -1,8 +1,10 @@
 #include "app/TextField.h"
 
+#include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QHelpEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QStyleOptionFrame>
 #include <QToolTip>
@@ -32,12 +34,15 @@ TextField::TextField( QWidget* parent ) : QLineEdit( parent )
     setReadOnly( true );
     setFrame( false );
     setSizePolicy( QSizePolicy::Expanding, QSizePolicy::Fixed );
+    // Accessibility clients can write into a read-only line edit.
+    connect( this, &QLineEdit::textChanged, this, &TextField::ShowValue );
     BlendWithWindow();
 }
 
 void TextField::setStringValue( QString const& text )
 {
-    setText( text );
+    mValue = text.left( maxLength() );
+    ShowValue();
     setCursorPosition( 0 );
     TakeDirectionFromText();
     updateGeometry();
@@ -96,12 +101,28 @@ void TextField::paintEvent( QPaintEvent* event )
         fontMetrics().elidedText( text(), Qt::ElideMiddle, rectangle.width() ) );
 }
 
+void TextField::contextMenuEvent( QContextMenuEvent* event )
+{
+    QMenu* const menu = createStandardContextMenu();
+    menu->setAttribute( Qt::WA_DeleteOnClose );
+    menu->setLayoutDirection( QGuiApplication::layoutDirection() );
+    menu->popup( event->globalPos() );
+}
+
 void TextField::focusOutEvent( QFocusEvent* event )
 {
     QLineEdit::focusOutEvent( event );
     if ( !hasSelectedText() )
     {
         setCursorPosition( 0 );
+    }
+}
+
+void TextField::ShowValue()
+{
+    if ( text() != mValue )
+    {
+        setText( mValue );
     }
 }
 

@@ -33,13 +33,17 @@ class TextField : public QLineEdit
     bool event( QEvent* event ) override;
     void changeEvent( QEvent* event ) override;
     void paintEvent( QPaintEvent* event ) override;
+    void contextMenuEvent( QContextMenuEvent* event ) override;
     void focusOutEvent( QFocusEvent* event ) override;
 
   private:
+    void ShowValue();
     void BlendWithWindow();
     void TakeDirectionFromText();
     bool IsTooLong() const;
     QRect TextRectangle() const;
     int TextWidth() const;
     QSize SizeForWidth( int width ) const;
+
+    QString mValue;
 };

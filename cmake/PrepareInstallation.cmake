@@ -1,4 +1,5 @@
 # The first step of an installation: refuses what could not work.
+unset(ENV{CMAKE_INSTALL_MODE}) # by which CMake makes links to the build tree, also to what root runs
 
 # Neither the panel's command line nor the policy quotes the script's path.
 function(require_plain path)

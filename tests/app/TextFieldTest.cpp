@@ -1,5 +1,6 @@
 #include "app/TextField.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QHelpEvent>
 #include <QToolTip>
@@ -44,6 +45,18 @@ TEST_F( TextFieldTest, ATextThatIsTooLongShowsItsEndsAndTheWholeInATooltip )
     EXPECT_NE( ToolTipOf( field ), "" );
     field.selectAll();
     EXPECT_EQ( field.selectedText(), field.text() );
+}
+
+TEST_F( TextFieldTest, AnAccessibilityClientCannotChangeIt )
+{
+    for ( QString const& value : { QString( "9.1.2" ), QString( 40'000, 'x' ) } )
+    {
+        field.setStringValue( value );
+        QAccessibleInterface* const client = QAccessible::queryAccessibleInterface( &field );
+        client->setText( QAccessible::Value, "8" );
+        client->editableTextInterface()->insertText( 0, "8" );
+        EXPECT_EQ( field.text(), value.left( field.maxLength() ) );
+    }
 }
 
 TEST_F( TextFieldTest, APathReadsFromLeftToRightInEveryWindow )

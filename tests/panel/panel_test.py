@@ -278,7 +278,7 @@ class PanelTest(unittest.TestCase):
             wait_for("the copy", lambda: selection("clipboard") == details)
             subprocess.run(["xclip", "-selection", "clipboard"], input=b"", check=True)
 
-        for key in ("Escape", "alt+c"):
+        for key in ("Escape", "alt+c", "Return", "ctrl+w"):
             self.input.press_keys("alt+a")
             wait_for("the about box", lambda: len(self.panel.windows()) == 2)
             self.input.press_keys(key, window=ABOUT_BOX)

@@ -57,6 +57,7 @@ def scripts(policy):
 
 with tempfile.TemporaryDirectory() as folder:
     top = pathlib.Path(folder).resolve()
+    os.environ["CMAKE_INSTALL_MODE"] = "ABS_SYMLINK"  # must not make links to the build tree
     for umask in (0o022, 0o077, 0o000):
         root = top / f"root{umask}"
         root.mkdir(mode=0o755)

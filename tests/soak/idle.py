@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """idle.py [SECONDS [BUILD]]: a panel that nobody touches does nothing at all. Opens it on X11, with the focus on a button
 and in a field, and on Wayland, and lets all three stand for SECONDS (600): no thread of theirs wakes up in that time, and
-none has set a timer that would wake it later."""
+none has set a timer that would wake it later. On Wayland it also has told the display whose icon is its own, and closes."""
 
 import os
 import pathlib
@@ -21,20 +21,24 @@ from panel_session import Desktop, Panel, wait_for  # noqa: E402
 
 
 def open_panel(desktop, name, keys):
-    """The process of a panel on a display of its own, which DESKTOP ends."""
+    """A panel on a display of its own, which DESKTOP ends."""
     environment = dict(os.environ, LC_ALL="C.UTF-8")
     if name == "wayland":
-        environment.update(QT_QPA_PLATFORM="wayland", WAYLAND_DISPLAY="idle")
+        environment.update(QT_QPA_PLATFORM="wayland", WAYLAND_DISPLAY="idle", WAYLAND_DEBUG="1")
         desktop._start(["weston", "--backend=headless-backend.so", "--socket=idle", "--no-config"])
         wait_for("the Wayland display", pathlib.Path(os.environ["XDG_RUNTIME_DIR"], "idle").exists)
     else:
         environment["DISPLAY"] = ":" + desktop._start_and_read(["Xvfb", "-noreset", "-displayfd"])
-    process = Panel([BUILD / "bin/WUXAgentControlPanel"], env=environment).process
-    desktop.processes.append(process)
+    panel = Panel(["/bin/sh", "-c", f'exec "$0" 2>{log(name)}', BUILD / "bin/WUXAgentControlPanel"], env=environment)
+    desktop.processes.append(panel.process)
     if keys:
         subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "WUXAgent", "windowfocus", "--sync",
                         "key", *keys], env=environment, check=True)
-    return process
+    return panel
+
+
+def log(name):
+    return pathlib.Path(os.environ["XDG_RUNTIME_DIR"], name.replace(" ", "-") + ".log")
 
 
 def tasks(process):
@@ -55,8 +59,9 @@ def timers(process):
 
 failures = []
 with Desktop() as desktop:
-    panels = {name: open_panel(desktop, name, keys) for name, keys in (
+    opened = {name: open_panel(desktop, name, keys) for name, keys in (
         ("focus on a button", ["Tab", "shift+Tab"]), ("focus in a field", ["Tab"]), ("wayland", []))}
+    panels = {name: panel.process for name, panel in opened.items()}
     time.sleep(SETTLING)
     before = {name: switches(panel) for name, panel in panels.items()}
     if os.uname().machine == "x86_64":
@@ -67,6 +72,10 @@ with Desktop() as desktop:
         panel.send_signal(signal.SIGSTOP)
         panel.send_signal(signal.SIGCONT)
         wait_for("a waking", lambda: switches(panel) != before[name])
+    if 'set_app_id("WUXAgentControlPanel")' not in log("wayland").read_text():
+        failures += ["wayland: no application id"]
+    if opened["wayland"].close() != 0:
+        failures += ["wayland: closed with another status"]
     print(f"{len(panels)} panels of {[len(threads) for threads in before.values()]} threads, {SECONDS:g} s", *failures,
           sep="\n")
 sys.exit(bool(failures))
