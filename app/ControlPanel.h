@@ -27,6 +27,7 @@ class ControlPanel : public QDialog
     ~ControlPanel() override;
 
   protected:
+    /// Enter presses the button that has the focus; in a field it does nothing.
     void keyPressEvent( QKeyEvent* event ) override;
 
   private:
