@@ -278,10 +278,11 @@ class PanelTest(unittest.TestCase):
             wait_for("the copy", lambda: selection("clipboard") == details)
             subprocess.run(["xclip", "-selection", "clipboard"], input=b"", check=True)
 
-        for key in ("Escape", "alt+c", "Return", "ctrl+w"):
-            self.input.press_keys("alt+a")
+        Atspi.Component.grab_focus(self.panel.button("About"))
+        for opening, closing in (("alt+a", "Escape"), ("Return", "alt+c"), ("space", "Return"), ("Return", "ctrl+w")):
+            self.input.press_keys(opening)
             wait_for("the about box", lambda: len(self.panel.windows()) == 2)
-            self.input.press_keys(key, window=ABOUT_BOX)
+            self.input.press_keys(closing, window=ABOUT_BOX)
             wait_for("the panel alone", lambda: len(self.panel.windows()) == 1)
         self.expect_running(pid)
         self.input.press_keys("alt+c")
